@@ -1,0 +1,23 @@
+# vorn_add_plugin_module(<target> <output-name> SOURCES...)
+#
+# A LightWave plug-in module: a shared object named <output-name>.p on every platform that
+# exports _mod_descrip and nothing else, built on the hostkit framework.
+function(vorn_add_plugin_module target output_name)
+  add_library(${target} MODULE ${ARGN})
+  set_target_properties(${target} PROPERTIES
+    PREFIX ""
+    OUTPUT_NAME ${output_name}
+    SUFFIX ".p"
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+  target_link_libraries(${target} PRIVATE hostkit)
+  if(NOT WIN32 AND NOT APPLE)
+    # Instantiations from the standard headers default to visible; the script keeps them local.
+    target_link_options(${target} PRIVATE
+      "-Wl,--version-script=${PROJECT_SOURCE_DIR}/module/exports.map" -Wl,--no-undefined)
+  endif()
+  # Let the host unload the module for real, so each load starts from fresh statics.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE -fno-gnu-unique)
+  endif()
+endfunction()

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <lwnodes.h>
+
+#include "hostkit/NodeServices.h"
+
+namespace hostkit {
+
+// One output of a node in the host's node editor, owned by the node that made it.
+class LWNodeOutput {
+ public:
+  LWNodeOutput(NodeID node, ConnectionType type, const char* name);
+  ~LWNodeOutput();
+  LWNodeOutput(const LWNodeOutput&) = delete;
+  LWNodeOutput& operator=(const LWNodeOutput&) = delete;
+
+  // Hands a value to whoever asked for this output: a double for scalars, three for colours
+  // and vectors, a 32-bit integer for integers, a whole material for materials.
+  void setValue(NodeValue handle, void* value) const { funcs->setValue(handle, value); }
+  void setValue(NodeValue handle, double value) const { funcs->setValue(handle, &value); }
+  void setValue(NodeValue handle, int value) const { funcs->setValue(handle, &value); }
+
+  bool is(NodeOutputID id) const { return id == output; }
+
+  LWNodeOutputService service;
+  LWNodeOutputFuncs* funcs;
+  NodeID node;
+  NodeOutputID output;
+  int owned = 0;
+};
+
+}  // namespace hostkit

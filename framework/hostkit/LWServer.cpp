@@ -1,0 +1,42 @@
+#include "hostkit/LWServer.h"
+
+namespace hostkit {
+
+std::vector<ServerRecord>& LWServer::pluginList() {
+  static std::vector<ServerRecord> list;
+  return list;
+}
+
+std::vector<LWServer::Hook>& LWServer::startupList() {
+  static std::vector<Hook> list;
+  return list;
+}
+
+std::vector<LWServer::Hook>& LWServer::shutdownList() {
+  static std::vector<Hook> list;
+  return list;
+}
+
+void LWServer::AddPlugin(const char* className, const char* name, ActivateFunc* activate,
+                         ServerTagInfo* tags) {
+  pluginList().push_back(ServerRecord{className, name, activate, tags});
+}
+
+void* LWServer::Startup() {
+  for (Hook hook : startupList()) hook();
+  const std::vector<ServerRecord>& records = pluginList();
+  auto* array = new ServerRecord[records.size() + 1];
+  for (size_t i = 0; i < records.size(); ++i) array[i] = records[i];
+  array[records.size()] = ServerRecord{nullptr, nullptr, nullptr, nullptr};
+  _mod_descrip.serverDefs = array;
+  return array;
+}
+
+void LWServer::Shutdown(void* serverData) {
+  auto* array = static_cast<ServerRecord*>(serverData);
+  if (_mod_descrip.serverDefs == array) _mod_descrip.serverDefs = nullptr;  // no dangling publication
+  delete[] array;
+  for (Hook hook : shutdownList()) hook();
+}
+
+}  // namespace hostkit

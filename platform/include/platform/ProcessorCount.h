@@ -1,0 +1,8 @@
+#pragma once
+
+namespace platform {
+
+// Processors available to this process, as the operating system counts them; at least 1.
+int ProcessorCount();
+
+}  // namespace platform

@@ -1,0 +1,72 @@
+// The module descriptor, startup/shutdown and the capture of the host, through the real file.
+#include <gtest/gtest.h>
+#include <lwmodule.h>
+
+#include "lwhost/Host.h"
+#include "lwhost/ModuleFile.h"
+#include "support/FixtureProbe.h"
+#include "support/ModulePaths.h"
+
+namespace {
+
+TEST(ModuleEntry, StartupPublishesOneTerminatedArray) {
+  lwhost::Host host;
+  for (const char* path : {testpaths::kVorn, testpaths::kFixture}) {
+    lwhost::ModuleFile module(path);
+    ModuleDescriptor* d = module.descriptor();
+    EXPECT_EQ(d->sysSync, 0x04121994u);
+    EXPECT_EQ(d->sysVersion, 3u);
+    EXPECT_EQ(static_cast<void*>(d->serverDefs), module.serverData()) << path;
+    size_t n = module.records().size();
+    const ServerRecord& end = d->serverDefs[n];
+    EXPECT_EQ(end.className, nullptr);
+    EXPECT_EQ(end.name, nullptr);
+    EXPECT_EQ(end.activate, nullptr);
+    EXPECT_EQ(end.tagInfo, nullptr);
+    for (size_t i = 0; i < n; ++i) {
+      EXPECT_NE(d->serverDefs[i].name, nullptr);
+      EXPECT_NE(d->serverDefs[i].activate, nullptr);
+    }
+  }
+}
+
+TEST(ModuleEntry, StartupAndShutdownHooksRunEvenForANullArray) {
+  lwhost::Host host;
+  FixtureProbe probe;
+  ServerRecord record = probe.record();
+  EXPECT_EQ(probe.run("hooks").result, 100);  // one startup, no shutdown yet
+
+  // LightWave may hand shutdown a null pointer: nothing to free, the hooks still run.
+  probe.module().descriptor()->shutdown(nullptr);
+  ProbeRequest request{"hooks", 0, -1, nullptr};
+  ASSERT_EQ(record.activate(1, lwhost::Host::lookupFunction(), &request, nullptr), AFUNC_OK);
+  EXPECT_EQ(request.result, 101);
+}
+
+TEST(ModuleEntry, ActivationCapturesTheHostEachTime) {
+  lwhost::Host host;
+  {
+    FixtureProbe probe;
+    host.globals().resetCounts();
+    probe.run("hooks");
+    probe.run("hooks");
+    probe.run("hooks");
+    // The message service is acquired once for the life of the module...
+    EXPECT_EQ(host.globals().counts("Info Messages 2").acquire, 1);
+    EXPECT_EQ(host.globals().counts("Info Messages 2").release, 0);
+    // ...while the host's identity is re-read, never held, on every activation.
+    EXPECT_EQ(host.globals().counts("System ID").transient, 3);
+    EXPECT_EQ(host.globals().counts("Product Info").transient, 3);
+    EXPECT_EQ(host.globals().counts("System ID").acquire, 0);
+
+    // A changed host version is seen by the next activation.
+    host.setVersion(9, 1);
+    EXPECT_EQ(probe.run("gate").result, 0);
+    host.setVersion(9, 2);
+    EXPECT_EQ(probe.run("gate").result, 1);
+  }
+  // Unloading the module releases the message service.
+  EXPECT_EQ(host.globals().counts("Info Messages 2").release, 1);
+}
+
+}  // namespace

@@ -1,0 +1,66 @@
+// The host's refusal of broken module files, as a library call and as the lwhost command.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "lwhost/Host.h"
+#include "lwhost/ModuleFile.h"
+#include "support/ModulePaths.h"
+#include "support/RunCommand.h"
+
+namespace {
+
+std::string Broken(const char* name) { return std::string(testpaths::kBrokenDir) + "/" + name; }
+
+struct Refusal {
+  std::string file;
+  std::string reason;
+};
+
+const Refusal kRefusals[] = {
+    {Broken("missing.p"), "no such file"},
+    {Broken("not_a_module.p"), "not a loadable module"},
+    {Broken("no_descriptor.p"), "no module descriptor"},
+    {Broken("bad_sync.p"), "bad synchronisation word 0x12345678"},
+    {Broken("bad_version.p"), "unsupported module system version 2"},
+    {Broken("bad_machine.p"), "built for another platform (machine word 0x7777"},
+    {Broken("null_startup.p"), "startup failed"},
+    {testpaths::kBrokenDir, "not a regular file"},
+};
+
+TEST(ModuleLoading, BrokenFilesAreRefusedWithTheirFault) {
+  lwhost::Host host;
+  for (const Refusal& r : kRefusals) {
+    try {
+      lwhost::ModuleFile module(r.file);
+      ADD_FAILURE() << r.file << " was accepted";
+    } catch (const lwhost::ModuleError& e) {
+      std::string what = e.what();
+      EXPECT_EQ(what.rfind(r.file + ": ", 0), 0u) << what;  // names the file first
+      EXPECT_NE(what.find(r.reason), std::string::npos) << what;
+      EXPECT_EQ(what.find('\n'), std::string::npos) << what;
+    }
+  }
+}
+
+TEST(ModuleLoading, CommandReportsOneLineAndFails) {
+  for (const Refusal& r : kRefusals) {
+    CommandResult result = RunCommand(std::string(LWHOST_PATH) + " servers '" + r.file + "'");
+    EXPECT_NE(result.status, 0) << r.file;
+    EXPECT_NE(result.status, -1) << r.file << " crashed: " << result.output;
+    EXPECT_EQ(result.output.rfind("lwhost: " + r.file + ": ", 0), 0u) << result.output;
+    EXPECT_NE(result.output.find(r.reason), std::string::npos) << result.output;
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << result.output;
+  }
+}
+
+TEST(ModuleLoading, CommandListsTheFixtureServers) {
+  CommandResult result = RunCommand(std::string(LWHOST_PATH) + " servers " + testpaths::kFixture);
+  ASSERT_EQ(result.status, 0) << result.output;
+  EXPECT_EQ(result.output,
+            "CLASS         SERVER  USER NAME      GROUPS  DESCRIPTION\n"
+            "FixtureProbe  probe   Fixture Probe\n");
+}
+
+}  // namespace
