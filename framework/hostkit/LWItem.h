@@ -21,7 +21,7 @@ class LWItem : public Storeable, public Nameable {
     type = other.type;
     return *this;
   }
-  virtual ~LWItem() = default;
+  virtual ~LWItem() noexcept(false) {}  // holds a host service
 
   LWError Load(const LoadState& state) override;
   LWError Save(const SaveState& state) override;
