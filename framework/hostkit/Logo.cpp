@@ -76,8 +76,10 @@ void drawLogo(LWXPanelID panel, unsigned int cid, LWXPDrAreaID region, int w, in
 void clickURL(LWXPanelID, int) { platform::OpenWebPage(kMakerPage); }
 
 LWXPanelHint* LogoHints() {
-  static LWXPanelHint hints[] = {XpBUTNOTIFY(kWebButton, clickURL), XpDRAWCBFUNC(kLogo, drawLogo),
-                                 XpDIVADD(kWebButton), XpCTRLCFG(kLogo, 0x80000601u), XpEND};
+  static LWXPanelHint hints[] = {XpBUTNOTIFY(HintWord(kWebButton), clickURL), XpDRAWCBFUNC(HintWord(kLogo), drawLogo),
+                                 XpDIVADD(HintWord(kWebButton)),
+                                 // full width, no border, small height
+                                 XpCTRLCFG(HintWord(kLogo), HintWord(0x80000601u)), XpEND};
   return hints;
 }
 

@@ -3,6 +3,8 @@
 #include <lwhandler.h>
 #include <lwxpanel.h>
 
+#include <cstdint>
+
 #include "hostkit/XPanelFuncs.h"
 
 namespace hostkit {
@@ -12,6 +14,9 @@ namespace hostkit {
 inline constexpr unsigned int kFirstControl = 0x9000;
 inline constexpr unsigned int kWebButton = 0x9900;
 inline constexpr unsigned int kLogo = 0x9901;
+
+// Hint words are pointer sized; ids and options widen to them without sign extension.
+constexpr std::uintptr_t HintWord(unsigned int value) { return value; }
 
 // Owns one form panel of the host and turns the host's plain callbacks into virtual calls.
 // Every static callback finds the object in the panel's user data (id 0) or view instance.
