@@ -1,0 +1,86 @@
+#include "lwhost/NodeValue.h"
+
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+namespace lwhost {
+
+namespace {
+
+bool IsTriple(ConnectionType t) { return t == NOT_COLOR || t == NOT_VECTOR; }
+bool IsNumber(ConnectionType t) { return IsTriple(t) || t == NOT_SCALAR || t == NOT_INTEGER; }
+
+// Every numeric type reduced to one double: the route for all scalar-like conversions.
+double AsScalar(const void* from, ConnectionType type) {
+  if (type == NOT_INTEGER) {
+    int i;
+    std::memcpy(&i, from, sizeof i);
+    return i;
+  }
+  double d[3];
+  std::memcpy(d, from, NodeValueSize(type));
+  return type == NOT_SCALAR ? d[0] : (d[0] + d[1] + d[2]) / 3.0;
+}
+
+int TruncateToInt(double v) {
+  if (std::isnan(v)) return 0;
+  if (v >= static_cast<double>(INT_MAX)) return INT_MAX;
+  if (v <= static_cast<double>(INT_MIN)) return INT_MIN;
+  return static_cast<int>(v);  // toward zero
+}
+
+}  // namespace
+
+std::size_t NodeValueSize(ConnectionType type) {
+  switch (type) {
+    case NOT_COLOR:
+    case NOT_VECTOR:
+      return 3 * sizeof(double);
+    case NOT_SCALAR:
+      return sizeof(double);
+    case NOT_INTEGER:
+      return sizeof(int);
+    case NOT_MATERIAL:
+      return sizeof(LWNodalMaterial);
+    default:
+      return 0;
+  }
+}
+
+bool CanConvert(ConnectionType from, ConnectionType to) {
+  if (from == NOT_MATERIAL || to == NOT_MATERIAL) return from == to;
+  return IsNumber(from) && IsNumber(to);
+}
+
+void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
+  if (!from || !to || !CanConvert(fromType, toType)) return;
+  if (fromType == toType || (IsTriple(fromType) && IsTriple(toType))) {
+    std::memmove(to, from, NodeValueSize(toType));
+    return;
+  }
+  const double s = AsScalar(from, fromType);
+  if (toType == NOT_INTEGER) {
+    const int i = TruncateToInt(s);
+    std::memcpy(to, &i, sizeof i);
+  } else if (toType == NOT_SCALAR) {
+    std::memcpy(to, &s, sizeof s);
+  } else {
+    const double d[3] = {s, s, s};
+    std::memcpy(to, d, sizeof d);
+  }
+}
+
+const char* ConnectionTypeName(ConnectionType type) {
+  switch (type) {
+    case NOT_COLOR: return "colour";
+    case NOT_SCALAR: return "scalar";
+    case NOT_VECTOR: return "vector";
+    case NOT_INTEGER: return "integer";
+    case NOT_FUNCTION: return "function";
+    case NOT_MATERIAL: return "material";
+    default: return "unknown";
+  }
+}
+
+}  // namespace lwhost

@@ -1,0 +1,30 @@
+#include "SourceNodes.h"
+
+#include <cstring>
+
+#include "lwhost/NodeEditor.h"
+#include "lwhost/NodeValue.h"
+
+namespace lwhost {
+
+ConstantNode::ConstantNode(NodeEditor& editor, std::string name, const char* userName, ConnectionType type,
+                           const char* outputName, const void* value)
+    : Node(editor, std::move(name), userName) {
+  std::memcpy(value_, value, NodeValueSize(type));
+  addOutput(type, outputName);
+}
+
+void ConstantNode::evaluate(LWNodalAccess&, NodeOutput&, NodeValue value) noexcept {
+  NodeEditor::OutputFuncsTable()->setValue(value, value_);
+}
+
+SpotNode::SpotNode(NodeEditor& editor, std::string name, Field field)
+    : Node(editor, std::move(name), field == Field::Position ? "Spot Position" : "Spot Normal"), field_(field) {
+  addOutput(NOT_VECTOR, field == Field::Position ? "Position" : "Normal");
+}
+
+void SpotNode::evaluate(LWNodalAccess& access, NodeOutput&, NodeValue value) noexcept {
+  NodeEditor::OutputFuncsTable()->setValue(value, field_ == Field::Position ? access.wPos : access.wNorm);
+}
+
+}  // namespace lwhost

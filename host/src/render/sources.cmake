@@ -1,0 +1,6 @@
+# Raster images, the built-in panel font, the palette and the PNG encoder.
+target_sources(lwhost_core PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/BitmapFont.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Palette.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Png.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Raster.cpp)
