@@ -37,6 +37,13 @@ void* GlobalRegistry::lookup(const char* name, int use) {
   return found == services_.end() ? nullptr : found->second;
 }
 
+void* GlobalRegistry::peek(const std::string& name) const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (withheld_.count(name)) return nullptr;
+  auto found = services_.find(name);
+  return found == services_.end() ? nullptr : found->second;
+}
+
 LookupCounts GlobalRegistry::counts(const std::string& name) const {
   std::lock_guard<std::mutex> lock(mutex_);
   auto it = counts_.find(name);

@@ -26,6 +26,9 @@ class GlobalRegistry {
 
   // The lookup function's body; may be called from any thread.
   void* lookup(const char* name, int use);
+  // What a look-up would answer, without counting it: for the host's own components, so that
+  // the counts show only what modules asked.
+  void* peek(const std::string& name) const;
 
   LookupCounts counts(const std::string& name) const;
   // Every name asked for, in order of first request.

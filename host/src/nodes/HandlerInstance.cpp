@@ -35,7 +35,8 @@ HandlerInstance::HandlerInstance(const ModuleFile& module, const LWInstanceFuncs
 HandlerInstance::~HandlerInstance() {
   // Panels call back into the instance, so they go first.
   if (!panels_.empty()) {
-    auto* xpanels = static_cast<LWXPanelFuncs*>(Host::lookupFunction()(LWXPANELFUNCS_GLOBAL, GFUSE_TRANSIENT));
+    Host* host = Host::current();
+    auto* xpanels = host ? static_cast<LWXPanelFuncs*>(host->globals().peek(LWXPANELFUNCS_GLOBAL)) : nullptr;
     if (xpanels && xpanels->destroy)
       for (LWXPanelID panel : panels_) xpanels->destroy(panel);
   }

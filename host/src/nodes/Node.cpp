@@ -14,7 +14,7 @@ namespace lwhost {
 namespace {
 
 const LWEnvelopeFuncs* EnvelopeService(Host& host) {
-  return static_cast<const LWEnvelopeFuncs*>(host.globals().lookup(LWENVELOPEFUNCS_GLOBAL, GFUSE_TRANSIENT));
+  return static_cast<const LWEnvelopeFuncs*>(host.globals().peek(LWENVELOPEFUNCS_GLOBAL));
 }
 
 bool ValidType(ConnectionType type) { return type >= NOT_COLOR && type <= NOT_MATERIAL; }

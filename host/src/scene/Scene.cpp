@@ -482,7 +482,7 @@ LWChanGroupID Scene::channelGroup(LWItemID id) {
   if (!item) return nullptr;
   std::lock_guard<std::mutex> lock(groupMutex_);
   if (!item->group) {
-    auto* envelopes = static_cast<LWEnvelopeFuncs*>(host_.globals().lookup(LWENVELOPEFUNCS_GLOBAL, GFUSE_TRANSIENT));
+    auto* envelopes = static_cast<LWEnvelopeFuncs*>(host_.globals().peek(LWENVELOPEFUNCS_GLOBAL));
     if (envelopes && envelopes->createGroup) item->group = envelopes->createGroup(nullptr, item->name.c_str());
     if (!item->group) item->group = &item->groupStandIn;
   }
