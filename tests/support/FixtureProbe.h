@@ -13,8 +13,8 @@ class FixtureProbe {
  public:
   FixtureProbe() : module_(testpaths::kFixture), record_(module_.require("FixtureProbe", "probe")) {}
 
-  ProbeRequest run(const char* op, int count = 0) {
-    ProbeRequest request{op, count, -1, nullptr};
+  ProbeRequest run(const char* op, int count = 0, const char* text = nullptr) {
+    ProbeRequest request{op, count, -1, text};
     EXPECT_EQ(record_.activate(1, lwhost::Host::lookupFunction(), &request, module_.serverData()), AFUNC_OK) << op;
     return request;
   }

@@ -5,11 +5,17 @@
 #include <vector>
 
 #include "lwhost/Animation.h"
+#include "lwhost/CreationError.h"
+#include "lwhost/HandlerInstance.h"
 #include "lwhost/Host.h"
+#include "lwhost/IOMode.h"
 #include "lwhost/ModuleFile.h"
+#include "lwhost/NodalAccess.h"
 #include "lwhost/NodeEditor.h"
 #include "lwhost/Panels.h"
+#include "lwhost/PluginNode.h"
 #include "lwhost/Scene.h"
+#include "lwhost/XPanel.h"
 #include "lwhost/XPanels.h"
 
 namespace lwhost {

@@ -1,7 +1,8 @@
 // "Animation Envelopes": the C table over the component's channel tree and envelopes.
 #include <string>
 
-#include "Guard.h"
+#include "CEntryGuard.h"
+#include "animation/CurrentAnimation.h"
 #include "ServiceTables.h"
 
 namespace lwhost {

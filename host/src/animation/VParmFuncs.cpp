@@ -1,7 +1,8 @@
 // "LWVParmFuncs 2": the C table over the component's animatable parameters.
 #include <string>
 
-#include "Guard.h"
+#include "CEntryGuard.h"
+#include "animation/CurrentAnimation.h"
 #include "ServiceTables.h"
 
 namespace lwhost {

@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "Guard.h"
+#include "CEntryGuard.h"
 #include "ValueHandle.h"
 #include "lwhost/Node.h"
 #include "lwhost/NodeEditor.h"

@@ -1,5 +1,7 @@
 #include "SceneServices.h"
 
+#include "CEntryGuard.h"
+
 #include "lwhost/Host.h"
 #include "lwhost/Scene.h"
 
@@ -67,18 +69,15 @@ const char* GetTag(LWItemID item, int number) {
   return s ? s->tag(item, number) : nullptr;
 }
 void SetTag(LWItemID item, int number, const char* text) {
-  try {
+  Guarded([&] {
     if (Scene* s = ItemScene()) s->setTag(item, number, text);
-  } catch (...) {
-  }
+  });
 }
 LWChanGroupID ChanGroup(LWItemID item) {
-  try {
+  return Guarded<LWChanGroupID>(nullptr, [&] {
     Scene* s = ItemScene();
     return s ? s->channelGroup(item) : nullptr;
-  } catch (...) {
-    return nullptr;
-  }
+  });
 }
 const char* Server(LWItemID item, const char* className, int index) {
   Scene* s = ItemScene();

@@ -1,10 +1,9 @@
 #pragma once
 
-// Host functions are called from plug-in C code: no exception may cross back into it.
+// Host functions are called from plug-in C code: no exception may cross back into it. A failure
+// inside one becomes the SDK's failure value for that function.
 
 namespace lwhost {
-// Private to each file, so it cannot clash with a helper of the same name elsewhere.
-namespace {
 
 template <class R, class F>
 R Guarded(R failure, F&& body) noexcept {
@@ -23,5 +22,4 @@ void Guarded(F&& body) noexcept {
   }
 }
 
-}  // namespace
 }  // namespace lwhost

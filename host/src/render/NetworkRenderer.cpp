@@ -1,0 +1,133 @@
+#include "lwhost/NetworkRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+#include "lwhost/NodalAccess.h"
+#include "lwhost/NodeEditor.h"
+#include "lwhost/NodeValue.h"
+#include "lwhost/PluginNode.h"
+#include "lwhost/Scene.h"
+
+namespace lwhost {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+std::uint8_t Byte(double c) {
+  if (!(c > 0.0)) return 0;  // NaN as well
+  return static_cast<std::uint8_t>(std::lround(std::min(c, 1.0) * 255.0));
+}
+
+}  // namespace
+
+NetworkRenderer::NetworkRenderer(NodeEditor& editor, Scene& scene, NodeOutput& output)
+    : editor_(editor), scene_(scene), output_(output), type_(output.type()) {
+  if (type_ == NOT_FUNCTION || NodeValueSize(type_) == 0)
+    throw RenderError("output \"" + output.name() + "\" of \"" + output.node().name() + "\" is a " +
+                      ConnectionTypeName(type_) + ", which cannot be shown as a picture");
+  for (const auto& node : editor.nodes())
+    if (auto* plugin = dynamic_cast<PluginNode*>(node.get())) plugins_.push_back(plugin);
+}
+
+double NetworkRenderer::Shade(const double normal[3]) {
+  const double length = std::sqrt(kLight[0] * kLight[0] + kLight[1] * kLight[1] + kLight[2] * kLight[2]);
+  const double lambert = (normal[0] * kLight[0] + normal[1] * kLight[1] + normal[2] * kLight[2]) / length;
+  return kAmbient + (1.0 - kAmbient) * std::max(0.0, lambert);
+}
+
+Raster NetworkRenderer::render(const RenderOptions& options) {
+  if (options.width < 1 || options.height < 1 || options.width > Raster::kMaxSide ||
+      options.height > Raster::kMaxSide)
+    throw RenderError("the image must be 1 to " + std::to_string(Raster::kMaxSide) + " pixels a side, not " +
+                      std::to_string(options.width) + "x" + std::to_string(options.height));
+
+  scene_.setFrame(options.frame);
+  const LWTime time = scene_.time();
+
+  std::vector<PluginNode*> started;
+  auto stop = [&started] {
+    for (auto it = started.rbegin(); it != started.rend(); ++it) (*it)->cleanup();
+    started.clear();
+  };
+  for (PluginNode* node : plugins_) {
+    const std::string error = node->init(LWINIT_RENDER);
+    if (!error.empty()) {
+      stop();
+      throw RenderError("node \"" + node->name() + "\" could not start rendering: " + error);
+    }
+    started.push_back(node);
+  }
+  for (PluginNode* node : plugins_) {
+    const std::string error = node->newTime(options.frame, time);
+    if (!error.empty()) {
+      stop();
+      throw RenderError("node \"" + node->name() + "\" failed at frame " + std::to_string(options.frame) + ": " +
+                        error);
+    }
+  }
+
+  Raster image(options.width, options.height);
+  shadePixels(image);
+  stop();
+  return image;
+}
+
+void NetworkRenderer::sample(LWNodalAccess& access, double colour[3]) const noexcept {
+  if (type_ == NOT_MATERIAL) {
+    LWNodalMaterial material{};
+    if (editor_.evaluate(output_, access, &material, NOT_MATERIAL))
+      for (int i = 0; i < 3; ++i) colour[i] = material.diffuse[i];
+    return;
+  }
+  // Scalars and integers arrive as grey, vectors as they are.
+  editor_.evaluate(output_, access, colour, NOT_COLOR);
+}
+
+void NetworkRenderer::shadePixels(Raster& image) const noexcept {
+  const int width = image.width(), height = image.height();
+  const double radius = 0.5 * kSphereFill * std::min(width, height);
+  const double cx = 0.5 * width, cy = 0.5 * height;
+
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const double u = (x + 0.5 - cx) / radius, v = (cy - (y + 0.5)) / radius;
+      const double d = u * u + v * v;
+      if (d > 1.0) {
+        const bool light = ((x / kCheckerSize) + (y / kCheckerSize)) % 2 == 0;
+        image.set(x, y, light ? kCheckerLight : kCheckerDark);
+        continue;
+      }
+      const double spot[3] = {u, v, std::sqrt(1.0 - d)};  // on a unit sphere, also the normal
+      LWNodalAccess access = MakeNodalAccess(spot, spot);
+      access.sx = x;
+      access.sy = y;
+      access.subsx = access.subsy = 0.5;
+      access.raySource[0] = u;
+      access.raySource[1] = v;
+      access.raySource[2] = kCameraZ;
+      access.rayDir[0] = access.rayDir[1] = 0.0;
+      access.rayDir[2] = -1.0;
+      access.rayLength = kCameraZ - spot[2];
+      access.cosine = spot[2];
+      access.spotSize = 1.0 / radius;
+      access.ResourceContextIndex = 0;
+      access.bounces = 0;
+      const double longitude = std::atan2(spot[0], spot[2]) + kPi;  // 0 at -Z, through -X, +Z, +X
+      const double latitude = std::acos(std::clamp(spot[1], -1.0, 1.0));  // 0 at +Y
+      const int segment = std::min(kSegments - 1, static_cast<int>(longitude / (2.0 * kPi) * kSegments));
+      const int ring = std::min(kRings - 1, static_cast<int>(latitude / kPi * kRings));
+      access.polNum = ring * kSegments + segment;
+
+      double colour[3] = {0.0, 0.0, 0.0};
+      sample(access, colour);
+      const double shade = Shade(spot);
+      image.set(x, y, RGB{Byte(colour[0] * shade), Byte(colour[1] * shade), Byte(colour[2] * shade)});
+    }
+  }
+}
+
+}  // namespace lwhost

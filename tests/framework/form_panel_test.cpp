@@ -1,0 +1,186 @@
+// The framework's form panels as the host sees them: activation, the logo, the web button,
+// callbacks without an instance.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "lwhost/FormRenderer.h"
+#include "lwhost/Session.h"
+#include "lwhost/XPanel.h"
+#include "support/ModulePaths.h"
+
+namespace {
+
+constexpr unsigned int kWebButton = 0x9900, kLogo = 0x9901;
+
+class FormPanelTest : public ::testing::Test {
+ protected:
+  lwhost::Session session;
+  const lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
+
+  lwhost::XPanel& openPanel(lwhost::PluginNode& node) {
+    lwhost::InterfaceActivation ia = node.activateInterface();
+    EXPECT_EQ(ia.result, AFUNC_OK);
+    EXPECT_EQ(ia.version, 4);  // anything older is refused
+    lwhost::XPanel* panel = session.xpanels().find(ia.local.panel);
+    EXPECT_NE(panel, nullptr);
+    return *panel;
+  }
+};
+
+TEST_F(FormPanelTest, InterfaceNeedsVersionFourAndHandsOutOnePanel) {
+  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
+  const ServerRecord& record = vorn.require(LWNODE_ICLASS, "vornTimeInfo");
+  LWInterface local{};
+  local.inst = node.instance().get();
+  for (int version : {1, 2, 3}) EXPECT_EQ(vorn.activate(record, version, &local), AFUNC_BADVERSION);
+  EXPECT_EQ(local.panel, nullptr);
+  EXPECT_EQ(vorn.activate(record, 4, nullptr), AFUNC_OK);  // no record: nothing to do
+  ASSERT_EQ(vorn.activate(record, 4, &local), AFUNC_OK);
+  LWXPanelID first = local.panel;
+  ASSERT_NE(first, nullptr);
+  local.panel = nullptr;
+  ASSERT_EQ(vorn.activate(record, 4, &local), AFUNC_OK);
+  EXPECT_EQ(local.panel, first);
+  EXPECT_EQ(session.xpanels().panels().size(), 1u);
+
+  lwhost::XPanel& panel = *session.xpanels().find(first);
+  ASSERT_EQ(panel.controls().size(), 2u);
+  EXPECT_EQ(panel.controls()[0].cid, kLogo);
+  EXPECT_EQ(panel.controls()[1].cid, kWebButton);
+  EXPECT_EQ(panel.controls()[1].label, "http://www.vorn.example/");
+  EXPECT_TRUE(panel.hasDividerAfter(kWebButton));
+  EXPECT_EQ(panel.thumbnailOptions(kLogo), 0x80000601u);
+}
+
+TEST_F(FormPanelTest, LogoSitsAtTheCentringOffsetBothWays) {
+  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
+  lwhost::XPanel& panel = openPanel(node);
+  const int width = 320;
+  lwhost::Raster exact = panel.drawControl(kLogo, width, 56);
+  const lwhost::RGB white{255, 255, 255};
+
+  // At 56 pixels the logo starts at x = 0; stored row k lands on y = 56 - k, so the top line
+  // stays white and the bottom line carries the first stored row.
+  bool inked = false;
+  for (int x = 0; x < 104; ++x) {
+    EXPECT_EQ(exact.get(x, 0), white) << x;
+    inked = inked || exact.get(x, 30) != white;
+  }
+  EXPECT_TRUE(inked);
+
+  // Taller areas shift it right and down by the same truncated offset.
+  for (int height : {57, 58, 80, 99}) {
+    const int off = (height - 56) / 2;
+    lwhost::Raster taller = panel.drawControl(kLogo, width, height);
+    for (int y = 1; y < 56; ++y)
+      for (int x = 0; x < 104; ++x) ASSERT_EQ(taller.get(x + off, y + off), exact.get(x, y)) << height << " " << x << "," << y;
+    for (int x = 0; x < off; ++x) EXPECT_EQ(taller.get(x, 20 + off), white) << height;
+  }
+}
+
+TEST_F(FormPanelTest, VersionAndDateAreRightAligned) {
+  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
+  lwhost::XPanel& panel = openPanel(node);
+  const int width = 400, height = 56;
+  lwhost::Raster drawn = panel.drawControl(kLogo, width, height);
+
+#if defined(__linux__) && defined(__x86_64__)
+  const std::string version = "V1.4 (Linux-x86_64)";
+#else
+  GTEST_SKIP() << "version text names another platform";
+#endif
+  const std::string date = "Nov 21 2026";
+  lwhost::Raster expected(width, height);
+  const lwhost::RGB ink = lwhost::PaletteColour(0x1029);
+  expected.drawText(width - lwhost::Raster::textWidth(version) - 4, 4, version, ink);
+  expected.drawText(width - lwhost::Raster::textWidth(date) - 4, lwhost::Raster::textHeight() + 8, date, ink);
+  for (int y = 0; y < height; ++y)
+    for (int x = 120; x < width; ++x) ASSERT_EQ(drawn.get(x, y), expected.get(x, y)) << x << "," << y;
+}
+
+TEST_F(FormPanelTest, CallbacksWithoutAnInstanceDoNothing) {
+  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "MaterialBlender");
+  lwhost::XPanel& panel = openPanel(node);
+  const unsigned int diffuseMode = 0x9001;
+  ASSERT_FALSE(panel.value(diffuseMode).isNull());
+  void* instance = panel.instance();
+  panel.setInstance(nullptr);
+  EXPECT_TRUE(panel.value(diffuseMode).isNull());
+  panel.setInteger(diffuseMode, 3);
+  EXPECT_EQ(panel.lastSetResult(), 0);
+  panel.setInstance(instance);
+  EXPECT_EQ(panel.value(diffuseMode).integer[0], 0);  // the node never saw the edit
+}
+
+// A stand-in browser launcher: it waits for the test's word before answering, so a click that
+// blocked the host would show as "blocked".
+class FakeLauncher {
+ public:
+  FakeLauncher() {
+    char pattern[] = "/tmp/vorn-launcher-XXXXXX";
+    dir_ = mkdtemp(pattern);
+    std::ofstream script(dir_ + "/xdg-open");
+    script << "#!/bin/sh\n"
+           << "i=0; while [ ! -e '" << dir_ << "/go' ] && [ $i -lt 100 ]; do sleep 0.1; i=$((i+1)); done\n"
+           << "if [ -e '" << dir_ << "/go' ]; then s=ok; else s=blocked; fi\n"
+           << "printf '%s %s|%d\\n' \"$s\" \"$1\" \"$#\" > '" << dir_ << "/args.tmp'\n"
+           << "mv '" << dir_ << "/args.tmp' '" << dir_ << "/args'\n";
+    script.close();
+    chmod((dir_ + "/xdg-open").c_str(), 0755);
+    const char* path = std::getenv("PATH");
+    oldPath_ = path ? path : "";
+  }
+  ~FakeLauncher() {
+    setenv("PATH", oldPath_.c_str(), 1);
+    std::system(("rm -rf '" + dir_ + "'").c_str());
+  }
+  void install() { setenv("PATH", (dir_ + ":" + oldPath_).c_str(), 1); }
+  void installNothing() { setenv("PATH", (dir_ + "/empty").c_str(), 1); }
+  void go() { std::ofstream(dir_ + "/go").put('\n'); }
+  std::string answer() {
+    for (int i = 0; i < 200; ++i) {
+      std::ifstream in(dir_ + "/args");
+      std::stringstream text;
+      if (in) {
+        text << in.rdbuf();
+        return text.str();
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return "";
+  }
+
+ private:
+  std::string dir_, oldPath_;
+};
+
+TEST_F(FormPanelTest, WebButtonOpensTheMakersPageWithoutWaiting) {
+  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornExSpotInfo");
+  lwhost::XPanel& panel = openPanel(node);
+  FakeLauncher launcher;
+  launcher.install();
+  EXPECT_TRUE(panel.click(kWebButton));
+  launcher.go();  // only now may the launcher answer: the click must already have returned
+  EXPECT_EQ(launcher.answer(), "ok http://www.vorn.example/|1\n");
+  // No child is left for the host to reap.
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+
+  // Without any launcher the click is silent.
+  launcher.installNothing();
+  EXPECT_TRUE(panel.click(kWebButton));
+  EXPECT_TRUE(session.host().messages().messages().empty());
+}
+
+}  // namespace
