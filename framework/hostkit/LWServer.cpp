@@ -1,5 +1,7 @@
 #include "hostkit/LWServer.h"
 
+#include <cstddef>
+
 namespace hostkit {
 
 std::vector<ServerRecord>& LWServer::pluginList() {
@@ -26,7 +28,7 @@ void* LWServer::Startup() {
   for (Hook hook : startupList()) hook();
   const std::vector<ServerRecord>& records = pluginList();
   auto* array = new ServerRecord[records.size() + 1];
-  for (size_t i = 0; i < records.size(); ++i) array[i] = records[i];
+  for (std::size_t i = 0; i < records.size(); ++i) array[i] = records[i];
   array[records.size()] = ServerRecord{nullptr, nullptr, nullptr, nullptr};
   _mod_descrip.serverDefs = array;
   return array;
