@@ -55,45 +55,58 @@ int InEvaluate(NodeInputID inputID, LWNodalAccess* access, void* value) noexcept
   return 1;
 }
 
-int InCheck(NodeInputID inputID) noexcept {
-  NodeInput* input = NodeInput::FromID(inputID);
-  return input && input->connected() ? 1 : 0;
+// Walking a node's inputs or outputs: both lists work alike, 1-based as the SDK counts.
+template <class C>
+const std::vector<std::unique_ptr<C>>& ListOf(const Node& node);
+template <>
+const std::vector<std::unique_ptr<NodeInput>>& ListOf<NodeInput>(const Node& node) {
+  return node.inputs();
+}
+template <>
+const std::vector<std::unique_ptr<NodeOutput>>& ListOf<NodeOutput>(const Node& node) {
+  return node.outputs();
 }
 
-NodeInputID InAt(const Node& node, int index) noexcept {  // 1-based
-  const auto& list = node.inputs();
+template <class C>
+C* At(const Node& node, int index) noexcept {
+  const auto& list = ListOf<C>(node);
   return index >= 1 && index <= static_cast<int>(list.size()) ? list[index - 1].get() : nullptr;
 }
 
-NodeInputID InFirst(NodeID nodeID) noexcept {
+template <class C>
+void* First(NodeID nodeID) noexcept {
   Node* node = Node::FromID(nodeID);
-  return node ? InAt(*node, 1) : nullptr;
+  return node ? At<C>(*node, 1) : nullptr;
 }
 
-NodeInputID InNext(NodeInputID inputID) noexcept {
+template <class C, int step>
+void* Step(void* id) noexcept {
+  C* connector = C::FromID(id);
+  return connector ? At<C>(connector->node(), connector->node().indexOf(connector) + step) : nullptr;
+}
+
+template <class C>
+int Count(NodeID nodeID) noexcept {
+  Node* node = Node::FromID(nodeID);
+  return node ? static_cast<int>(ListOf<C>(*node).size()) : 0;
+}
+
+template <class C>
+void* ByIndex(NodeID nodeID, int index) noexcept {
+  Node* node = Node::FromID(nodeID);
+  return node ? At<C>(*node, index) : nullptr;
+}
+
+template <class C>
+int GetIndex(NodeID nodeID, void* id) noexcept {
+  Node* node = Node::FromID(nodeID);
+  C* connector = C::FromID(id);
+  return node && connector ? node->indexOf(connector) : 0;
+}
+
+int InCheck(NodeInputID inputID) noexcept {
   NodeInput* input = NodeInput::FromID(inputID);
-  return input ? InAt(input->node(), input->node().indexOf(input) + 1) : nullptr;
-}
-
-NodeInputID InPrevious(NodeInputID inputID) noexcept {
-  NodeInput* input = NodeInput::FromID(inputID);
-  return input ? InAt(input->node(), input->node().indexOf(input) - 1) : nullptr;
-}
-
-int InCount(NodeID nodeID) noexcept {
-  Node* node = Node::FromID(nodeID);
-  return node ? static_cast<int>(node->inputs().size()) : 0;
-}
-
-NodeInputID InByIndex(NodeID nodeID, int index) noexcept {
-  Node* node = Node::FromID(nodeID);
-  return node ? InAt(*node, index) : nullptr;
-}
-
-int InGetIndex(NodeID nodeID, NodeInputID inputID) noexcept {
-  Node* node = Node::FromID(nodeID);
-  NodeInput* input = NodeInput::FromID(inputID);
-  return node && input ? node->indexOf(input) : 0;
+  return input && input->connected() ? 1 : 0;
 }
 
 void InDisconnect(NodeID nodeID, NodeInputID inputID) {
@@ -151,42 +164,6 @@ ConnectionType OutGetType(NodeValue value) noexcept {
   return handle ? handle->requested : static_cast<ConnectionType>(0);
 }
 
-NodeOutputID OutAt(const Node& node, int index) noexcept {  // 1-based
-  const auto& list = node.outputs();
-  return index >= 1 && index <= static_cast<int>(list.size()) ? list[index - 1].get() : nullptr;
-}
-
-NodeOutputID OutFirst(NodeID nodeID) noexcept {
-  Node* node = Node::FromID(nodeID);
-  return node ? OutAt(*node, 1) : nullptr;
-}
-
-NodeOutputID OutNext(NodeOutputID outputID) noexcept {
-  NodeOutput* output = NodeOutput::FromID(outputID);
-  return output ? OutAt(output->node(), output->node().indexOf(output) + 1) : nullptr;
-}
-
-NodeOutputID OutPrevious(NodeOutputID outputID) noexcept {
-  NodeOutput* output = NodeOutput::FromID(outputID);
-  return output ? OutAt(output->node(), output->node().indexOf(output) - 1) : nullptr;
-}
-
-int OutCount(NodeID nodeID) noexcept {
-  Node* node = Node::FromID(nodeID);
-  return node ? static_cast<int>(node->outputs().size()) : 0;
-}
-
-NodeOutputID OutByIndex(NodeID nodeID, int index) noexcept {
-  Node* node = Node::FromID(nodeID);
-  return node ? OutAt(*node, index) : nullptr;
-}
-
-int OutGetIndex(NodeID nodeID, NodeOutputID outputID) noexcept {
-  Node* node = Node::FromID(nodeID);
-  NodeOutput* output = NodeOutput::FromID(outputID);
-  return node && output ? node->indexOf(output) : 0;
-}
-
 NodeID OutNode(NodeOutputID outputID) noexcept {
   NodeOutput* output = NodeOutput::FromID(outputID);
   return output ? output->node().id() : nullptr;
@@ -227,12 +204,31 @@ void NodeUpdatePreview(NodeID nodeID) noexcept {
   if (Node* node = Node::FromID(nodeID)) node->requestPreviewUpdate();
 }
 
-const LWNodeInputFuncs kInputFuncs = {InCreate, InDestroy,  InEvaluate, InCheck,    InFirst,      InNext,
-                                      InPrevious, InCount, InByIndex, InGetIndex, InDisconnect, InNode};
+const LWNodeInputFuncs kInputFuncs = {InCreate,
+                                      InDestroy,
+                                      InEvaluate,
+                                      InCheck,
+                                      First<NodeInput>,
+                                      Step<NodeInput, 1>,
+                                      Step<NodeInput, -1>,
+                                      Count<NodeInput>,
+                                      ByIndex<NodeInput>,
+                                      GetIndex<NodeInput>,
+                                      InDisconnect,
+                                      InNode};
 
-const LWNodeOutputFuncs kOutputFuncs = {OutCreate, OutDestroy, OutSetValue, OutGetValue,
-                                        OutGetType, OutFirst,  OutNext,     OutPrevious,
-                                        OutCount,  OutByIndex, OutGetIndex, OutNode};
+const LWNodeOutputFuncs kOutputFuncs = {OutCreate,
+                                        OutDestroy,
+                                        OutSetValue,
+                                        OutGetValue,
+                                        OutGetType,
+                                        First<NodeOutput>,
+                                        Step<NodeOutput, 1>,
+                                        Step<NodeOutput, -1>,
+                                        Count<NodeOutput>,
+                                        ByIndex<NodeOutput>,
+                                        GetIndex<NodeOutput>,
+                                        OutNode};
 
 const LWNodeFuncs kNodeFuncs = {NodeName,     NodeServerUserName, NodeChanGrp,     NodeSetColor,
                                 NodeSetColor3, NodeSetPreviewType, NodeUpdatePreview};
