@@ -168,6 +168,28 @@ void Registry::callPanelHook(Panel& panel, int tag, const char* what) {
   }
 }
 
+namespace {
+// The hooks and the user data: set and read as pointers, whatever else the tag is.
+bool IsPointerTag(int tag) {
+  switch (tag) {
+    case PAN_USERDRAW:
+    case PAN_USERACTIVATE:
+    case PAN_USEROPEN:
+    case PAN_USERCLOSE:
+    case PAN_USERDATA:
+    case PAN_USERKEYS:
+    case PAN_LWINSTANCE:
+    case PAN_MOUSEBUTTON:
+    case PAN_MOUSEMOVE:
+    case PAN_USERKEYUPS:
+    case PAN_MOUSEWHEEL:
+      return true;
+    default:
+      return false;
+  }
+}
+}  // namespace
+
 void Registry::get(Panel& panel, int tag, void* value) {
   if (!value) {
     log.note("get: null value pointer for panel tag " + std::to_string(tag) + " of " + Quoted(panel.title));
@@ -175,6 +197,10 @@ void Registry::get(Panel& panel, int tag, void* value) {
   }
   auto putInt = [&](int v) { *static_cast<int*>(value) = v; };
   auto putPointer = [&](void* v) { *static_cast<void**>(value) = v; };
+  if (IsPointerTag(tag)) {
+    putPointer(panel.pointer(tag));
+    return;
+  }
   switch (tag) {
     case PAN_X:
       putInt(panel.x);
@@ -211,19 +237,6 @@ void Registry::get(Panel& panel, int tag, void* value) {
     case PAN_HOSTDISPLAY:
       putPointer(nullptr);
       break;  // no window system
-    case PAN_USERDRAW:
-    case PAN_USERACTIVATE:
-    case PAN_USEROPEN:
-    case PAN_USERCLOSE:
-    case PAN_USERDATA:
-    case PAN_USERKEYS:
-    case PAN_LWINSTANCE:
-    case PAN_MOUSEBUTTON:
-    case PAN_MOUSEMOVE:
-    case PAN_USERKEYUPS:
-    case PAN_MOUSEWHEEL:
-      putPointer(panel.pointer(tag));
-      break;
     default:
       log.note("get: panel tag " + std::to_string(tag) + " cannot be read");
       break;
@@ -231,6 +244,11 @@ void Registry::get(Panel& panel, int tag, void* value) {
 }
 
 void Registry::set(Panel& panel, int tag, void* value) {
+  // Pointer-valued tags take the pointer itself (PAN_SETDATA and friends).
+  if (IsPointerTag(tag)) {
+    panel.setPointer(tag, value);
+    return;
+  }
   auto readInt = [&](int* out) {
     if (!value) {
       log.note("set: null value pointer for panel tag " + std::to_string(tag) + " of " + Quoted(panel.title));
@@ -260,20 +278,6 @@ void Registry::set(Panel& panel, int tag, void* value) {
       break;
     case PAN_TO_FRONT:
       break;  // one panel at a time on a headless host
-    // Pointer-valued tags take the pointer itself (PAN_SETDATA and friends).
-    case PAN_USERDRAW:
-    case PAN_USERACTIVATE:
-    case PAN_USEROPEN:
-    case PAN_USERCLOSE:
-    case PAN_USERDATA:
-    case PAN_USERKEYS:
-    case PAN_LWINSTANCE:
-    case PAN_MOUSEBUTTON:
-    case PAN_MOUSEMOVE:
-    case PAN_USERKEYUPS:
-    case PAN_MOUSEWHEEL:
-      panel.setPointer(tag, value);
-      break;
     default:
       log.note("set: panel tag " + std::to_string(tag) + " cannot be set");
       break;
