@@ -1,9 +1,41 @@
 #!/usr/bin/env bash
-# The main job: load vorn.p into the headless host and show what it offers.
+# The main job: load vorn.p into the headless host, show what it offers, draw every node's
+# panel and render the example networks.
+#
+#   examples/demo.sh BUILD_DIR      (./dev demo runs it with the normal build)
+#
+# Pictures go to BUILD_DIR/demo/.
 set -euo pipefail
 build=${1:-build}
+examples=$(cd "$(dirname "$0")" && pwd)
 lwhost="$build/host/lwhost"
 module="$build/module/vorn.p"
+out="$build/demo"
+mkdir -p "$out"
+# The example networks find the module through this variable.
+VORN_MODULE=$(cd "$(dirname "$module")" && pwd)/$(basename "$module")
+export VORN_MODULE
 
 echo "== Servers registered by $(basename "$module")"
 "$lwhost" servers "$module"
+
+echo
+echo "== Node panels"
+for server in $("$lwhost" servers "$module" | awk '$1 == "NodeHandler" { print $2 }'); do
+  "$lwhost" panel "$module" "$server" -o "$out/panel-$server.png"
+done
+# The same panels after a user typed values in, in the units LightWave shows.
+"$lwhost" panel "$module" SimpleColourCorrector -o "$out/panel-SimpleColourCorrector-edited.png" \
+  --set "Hue=90" --set "Saturation=150%" --set "Colour=255 160 40" --set "Invert=on"
+"$lwhost" panel "$module" MaterialBlender -o "$out/panel-MaterialBlender-edited.png" \
+  --set "Diffuse Mode=Multiply" --set "Diffuse Opacity=50%"
+
+echo
+echo "== Example networks"
+for network in "$examples"/*.net; do
+  "$lwhost" render "$network" -o "$out/$(basename "$network" .net).png"
+done
+# The animated one at a few frames.
+for frame in 12 24 48; do
+  "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
+done

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lwhost {
@@ -42,8 +43,7 @@ void ReportPluginErrors(Host& host);
 // Walks a command's words: positional arguments in order, options anywhere.
 class Arguments {
  public:
-  Arguments(std::string command, const std::vector<std::string>& words)
-      : command_(std::move(command)), words_(words) {}
+  Arguments(std::string command, const std::vector<std::string>& words) : command_(std::move(command)), words_(words) {}
 
   bool done() const { return at_ >= words_.size(); }
   // The next word is an option ("-o", "--size").
@@ -55,12 +55,9 @@ class Arguments {
     return next();
   }
   [[noreturn]] void unknown(const std::string& word) const {
-    throw UsageError("unknown " + std::string(word[0] == '-' ? "option " : "argument ") + word + " for " +
-                     command_);
+    throw UsageError("unknown " + std::string(word[0] == '-' ? "option " : "argument ") + word + " for " + command_);
   }
-  [[noreturn]] void missing(const std::string& what) const {
-    throw UsageError(command_ + " needs " + what);
-  }
+  [[noreturn]] void missing(const std::string& what) const { throw UsageError(command_ + " needs " + what); }
 
  private:
   std::string command_;

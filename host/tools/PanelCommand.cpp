@@ -3,7 +3,7 @@
 #include <lwmaster.h>
 #include <lwnodes.h>
 
-#include <cstring>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,12 +31,15 @@ struct PanelRequest {
 
 // "9.6": both parts 0..15, as "Product Info" holds them.
 void ParseVersion(const std::string& text, PanelRequest& r) {
-  unsigned int major = 0, minor = 0;
-  char tail = 0;
-  if (std::sscanf(text.c_str(), "%u.%u%c", &major, &minor, &tail) != 2 || major > 15 || minor > 15)
+  auto part = [](const std::string& digits, unsigned int* value) {
+    if (digits.empty() || digits.size() > 2 || digits.find_first_not_of("0123456789") != std::string::npos)
+      return false;
+    *value = static_cast<unsigned int>(std::stoul(digits));
+    return *value <= 15;
+  };
+  const std::size_t dot = text.find('.');
+  if (dot == std::string::npos || !part(text.substr(0, dot), &r.major) || !part(text.substr(dot + 1), &r.minor))
     throw UsageError("--version expects MAJOR.MINOR such as 9.6, not " + text);
-  r.major = major;
-  r.minor = minor;
   r.setVersion = true;
 }
 
@@ -89,8 +92,7 @@ std::string ActivationAnswer(int result) {
 
 // The picture of whatever the interface activation produced: a form panel (after the --set
 // values), or the classic panel its options window opens.
-Raster Show(Session& session, const InterfaceActivation& activation, HandlerInstance& instance,
-            const PanelRequest& r) {
+Raster Show(Session& session, const InterfaceActivation& activation, HandlerInstance& instance, const PanelRequest& r) {
   const std::string server = Quoted(r.server);
   if (activation.result != AFUNC_OK)
     throw CommandError("the interface of " + server + " refused activation: " + ActivationAnswer(activation.result));
@@ -106,8 +108,7 @@ Raster Show(Session& session, const InterfaceActivation& activation, HandlerInst
   }
 
   if (activation.local.options) {
-    if (!r.sets.empty())
-      throw CommandError("--set types into form panels, and " + server + " shows a classic panel");
+    if (!r.sets.empty()) throw CommandError("--set types into form panels, and " + server + " shows a classic panel");
     // Nobody sits at the headless host: the modal panel is drawn while it is up, then closed.
     std::optional<Raster> picture;
     std::string failure;
@@ -169,12 +170,13 @@ Raster MasterPanel(Session& session, const ModuleFile& module, const PanelReques
     if (!record->name || !record->className) continue;
     const std::string className = record->className;
     if (server == record->name) classes += (classes.empty() ? "" : ", ") + className;
-    if ((className == LWNODE_HCLASS || className == LWMASTER_HCLASS) && known.find(Quoted(record->name)) == std::string::npos)
+    if ((className == LWNODE_HCLASS || className == LWMASTER_HCLASS) &&
+        known.find(Quoted(record->name)) == std::string::npos)
       known += (known.empty() ? "" : ", ") + Quoted(record->name);
   }
   if (!classes.empty())
-    throw CommandError(Quoted(server) + " is a " + classes + " server; panel draws " LWNODE_HCLASS " and " LWMASTER_HCLASS
-                       " servers");
+    throw CommandError(Quoted(server) + " is a server of class " + classes +
+                       "; panel draws " LWNODE_HCLASS " and " LWMASTER_HCLASS " servers");
   throw CommandError(module.path() + " has no server " + Quoted(server) +
                      (known.empty() ? "" : " (servers with panels: " + known + ")"));
 }

@@ -34,8 +34,9 @@ bool WholeNumber(const std::string& text, std::size_t begin, std::size_t end, in
 void ParseSize(const std::string& text, RenderOptions& options) {
   const std::size_t x = text.find('x');
   int width = 0, height = 0;
-  if (x == std::string::npos || !WholeNumber(text, 0, x, &width) || !WholeNumber(text, x + 1, std::string::npos, &height) ||
-      width < 1 || height < 1 || width > Raster::kMaxSide || height > Raster::kMaxSide)
+  if (x == std::string::npos || !WholeNumber(text, 0, x, &width) ||
+      !WholeNumber(text, x + 1, std::string::npos, &height) || width < 1 || height < 1 || width > Raster::kMaxSide ||
+      height > Raster::kMaxSide)
     throw UsageError("--size expects WxH with each side 1 to " + std::to_string(Raster::kMaxSide) + ", not " + text);
   options.width = width;
   options.height = height;
@@ -78,8 +79,12 @@ int RenderCommand(const std::vector<std::string>& args) {
   const Network network = ReadNetworkFile(r.network);
   Session session;
   const BuiltNetwork built = BuildNetwork(session, network);
-  NetworkRenderer renderer(session.nodes(), session.scene(), *built.output);
-  WritePicture(renderer.render(r.options), r.output);
+  try {
+    NetworkRenderer renderer(session.nodes(), session.scene(), *built.output);
+    WritePicture(renderer.render(r.options), r.output);
+  } catch (const RenderError& e) {
+    throw CommandError(built.withFileNames(e.what()));
+  }
   ReportPluginErrors(session.host());
   return 0;
 }

@@ -23,10 +23,11 @@ const char kUsage[] =
     "       lwhost render NETWORK -o FILE.png [--size WxH] [--frame N]\n"
     "         render a node network file onto a sphere (format: host/RENDERING.md)\n";
 
-// Messages from plug-ins may hold line breaks; an error stays one line.
+// Messages may quote plug-in texts and file contents: line breaks and other control bytes
+// become blanks, so that an error stays one readable line.
 std::string OneLine(std::string text) {
   for (char& c : text)
-    if (c == '\n' || c == '\r') c = ' ';
+    if (static_cast<unsigned char>(c) < 32 || c == 127) c = ' ';
   return text;
 }
 

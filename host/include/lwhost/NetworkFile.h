@@ -96,6 +96,9 @@ Network ReadNetworkFile(const std::string& path);
 struct BuiltNetwork {
   std::map<std::string, Node*> nodes;
   NodeOutput* output = nullptr;
+
+  // A message about nodes with the editor's names ("Material (2)") replaced by the file's.
+  std::string withFileNames(std::string message) const;
 };
 
 // Loads the modules, adds and connects the nodes, types the values into the plug-in nodes'
@@ -112,7 +115,6 @@ std::string SetControlFromText(XPanel& panel, const std::string& label, const st
 
 // One number typed into a control of class `controlClass` (e.g. "percent-env"), converted to the
 // value the plug-in stores (a fraction, radians, ...). False, with `error` set, for bad text.
-bool ParseControlNumber(const std::string& controlClass, const std::string& text, double* value,
-                        std::string* error);
+bool ParseControlNumber(const std::string& controlClass, const std::string& text, double* value, std::string* error);
 
 }  // namespace lwhost

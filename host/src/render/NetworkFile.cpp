@@ -26,6 +26,7 @@ namespace lwhost {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
+constexpr const char* kNoValue = "shows no value (the plug-in hides values whose input is connected)";
 
 std::string Lower(std::string s) {
   for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -69,9 +70,8 @@ bool ParseInt(const std::string& text, int* value) {
 
 bool IsName(const std::string& s) {
   if (s.empty() || !(std::isalpha(static_cast<unsigned char>(s[0])) || s[0] == '_')) return false;
-  return std::all_of(s.begin(), s.end(), [](char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-';
-  });
+  return std::all_of(s.begin(), s.end(),
+                     [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-'; });
 }
 
 // ---- control values ----
@@ -248,8 +248,8 @@ class Parser {
     else if (what == "output")
       s.what = parseOutput(line);
     else
-      fail(line.number, "unknown statement " + Quoted(what) +
-                            " (expected module, fps, node, set, key, connect or output)");
+      fail(line.number,
+           "unknown statement " + Quoted(what) + " (expected module, fps, node, set, key, connect or output)");
     return s;
   }
 
@@ -330,16 +330,15 @@ class Parser {
         "Material [diffuse R G B] [specular R G B] [reflection R G B] [refraction R G B] [transparency T]";
     for (std::size_t i = 0; i < args.size();) {
       const std::string channel = Lower(args[i]);
-      double* target = channel == "diffuse"      ? m.diffuse
-                       : channel == "specular"   ? m.specular
-                       : channel == "reflection" ? m.reflection
-                       : channel == "refraction" ? m.refraction
+      double* target = channel == "diffuse"        ? m.diffuse
+                       : channel == "specular"     ? m.specular
+                       : channel == "reflection"   ? m.reflection
+                       : channel == "refraction"   ? m.refraction
                        : channel == "transparency" ? &m.transparency
                                                    : nullptr;
       if (!target) fail(line.number, "unknown material channel " + Quoted(args[i]) + " (" + usage + ")");
       const std::size_t count = target == &m.transparency ? 1 : 3;
-      if (i + count >= args.size())
-        fail(line.number, args[i] + " needs " + std::to_string(count) + " number(s)");
+      if (i + count >= args.size()) fail(line.number, args[i] + " needs " + std::to_string(count) + " number(s)");
       for (std::size_t k = 0; k < count; ++k)
         if (!ParseDouble(args[i + 1 + k], &target[k]))
           fail(line.number, Quoted(args[i + 1 + k]) + " is not a number (" + args[i] + ")");
@@ -351,8 +350,7 @@ class Parser {
   void requirePluginNode(const Line& line, const std::string& name) {
     auto it = nodes_.find(name);
     if (it == nodes_.end()) fail(line.number, "no node " + Quoted(name) + " is declared above");
-    if (!it->second)
-      fail(line.number, "node " + Quoted(name) + " is one of the host's own and has no panel controls");
+    if (!it->second) fail(line.number, "node " + Quoted(name) + " is one of the host's own and has no panel controls");
   }
 
   SetStatement parseSet(const Line& line) {
@@ -390,21 +388,21 @@ class Parser {
     return {node, Trim(text.substr(dot + 1))};
   }
 
-  // The words of one side of "->" (a connector name may span words: time.Frames per Second).
-  static std::string Joined(std::vector<std::string>::const_iterator from, std::vector<std::string>::const_iterator to) {
+  // Words joined again with one blank: a connector name may span words (t.Frames per Second).
+  static std::string Joined(std::vector<std::string>::const_iterator from,
+                            std::vector<std::string>::const_iterator to) {
     std::string s;
     for (auto it = from; it != to; ++it) s += (s.empty() ? "" : " ") + *it;
     return s;
   }
 
   ConnectStatement parseConnect(const Line& line) {
-    const auto& w = line.words;
-    const auto arrow = std::find(w.begin() + 1, w.end(), "->");
-    if (arrow == w.end() || arrow == w.begin() + 1 || arrow + 1 == w.end())
-      fail(line.number, "expected: connect NODE.OUTPUT -> NODE.INPUT");
+    const std::string both = Joined(line.words.begin() + 1, line.words.end());
+    const std::size_t arrow = both.find("->");
+    if (arrow == std::string::npos) fail(line.number, "expected: connect NODE.OUTPUT -> NODE.INPUT");
     ConnectStatement c;
-    std::tie(c.fromNode, c.output) = connector(line, Joined(w.begin() + 1, arrow), "output");
-    std::tie(c.toNode, c.input) = connector(line, Joined(arrow + 1, w.end()), "input");
+    std::tie(c.fromNode, c.output) = connector(line, Trim(both.substr(0, arrow)), "output");
+    std::tie(c.toNode, c.input) = connector(line, Trim(both.substr(arrow + 2)), "input");
     return c;
   }
 
@@ -580,16 +578,18 @@ class Builder {
     const XPControl* control = FindControl(panel, k.label, &error);
     if (!control) fail(k.node + ": " + error);
     const std::string label = control->label, controlClass = control->controlClass;
+    if (control->kind() != ValueKind::VParm)
+      fail(k.node + ": " + Quoted(label) +
+           " cannot be keyed: only envelope controls (\"...-env\") can, and its class is " + controlClass);
     VParm* parameter = parameterOf(panel, *control);
-    if (!parameter)
-      fail(k.node + ": " + Quoted(label) + " cannot be keyed; only envelope controls (" + controlClass +
-           " is not one) with a value shown can");
+    if (!parameter) fail(k.node + ": " + Quoted(label) + " " + kNoValue);
     const double fps = session_.scene().sceneInfo().framesPerSecond;
     const bool fresh = !parameter->enveloped();
     bool keyAtZero = false;
     for (const KeyStatement::Key& key : k.keys) {
       double value = 0;
-      if (!ParseControlNumber(controlClass, key.value, &value, &error)) fail(k.node + ": " + Quoted(label) + " " + error);
+      if (!ParseControlNumber(controlClass, key.value, &value, &error))
+        fail(k.node + ": " + Quoted(label) + " " + error);
       const LWTime time = key.frame / fps;
       keyAtZero = keyAtZero || std::fabs(time) < Envelope::kTimeTolerance;
       for (int channel = 0; channel < parameter->channelCount(); ++channel) {
@@ -611,7 +611,7 @@ class Builder {
     try {
       session_.nodes().connect(*built_.nodes.at(c.fromNode), c.output, *built_.nodes.at(c.toNode), c.input);
     } catch (const NodeError& e) {
-      fail(Named(e.what()));
+      fail(built_.withFileNames(e.what()));
     }
   }
 
@@ -625,16 +625,6 @@ class Builder {
            (known.empty() ? "" : " (it has " + known + ")"));
     }
     built_.output = output;
-  }
-
-  // The editor names nodes "Color (1)"; the file's own names read better in its errors.
-  std::string Named(std::string text) const {
-    for (const auto& [name, node] : built_.nodes) {
-      const std::string editorName = Quoted(node->name());
-      for (std::size_t at = text.find(editorName); at != std::string::npos; at = text.find(editorName, at + name.size() + 2))
-        text.replace(at, editorName.size(), Quoted(name));
-    }
-    return text;
   }
 
   Session& session_;
@@ -660,6 +650,8 @@ Network ParseNetwork(const std::string& text, const std::string& file, const std
 }
 
 Network ReadNetworkFile(const std::string& path) {
+  std::error_code ec;
+  if (std::filesystem::is_directory(path, ec)) throw NetworkError(path, 0, "is a folder, not a network file");
   std::ifstream in(path, std::ios::binary);
   if (!in) throw NetworkError(path, 0, std::string("cannot read the file: ") + std::strerror(errno));
   std::ostringstream text;
@@ -670,8 +662,17 @@ Network ReadNetworkFile(const std::string& path) {
 
 BuiltNetwork BuildNetwork(Session& session, const Network& network) { return Builder(session, network).build(); }
 
-bool ParseControlNumber(const std::string& controlClass, const std::string& text, double* value,
-                        std::string* error) {
+std::string BuiltNetwork::withFileNames(std::string message) const {
+  for (const auto& [name, node] : nodes) {
+    const std::string editorName = Quoted(node->name()), fileName = Quoted(name);
+    for (std::size_t at = message.find(editorName); at != std::string::npos;
+         at = message.find(editorName, at + fileName.size()))
+      message.replace(at, editorName.size(), fileName);
+  }
+  return message;
+}
+
+bool ParseControlNumber(const std::string& controlClass, const std::string& text, double* value, std::string* error) {
   const std::string base = BaseClass(controlClass);
   std::string t = Trim(text);
   const char* expect = "a number";
@@ -719,7 +720,7 @@ std::string SetControlFromText(XPanel& panel, const std::string& label, const st
   const std::string name = Quoted(control.label);
   const std::string base = BaseClass(control.controlClass);
   if (base == "vbutton" || base == "vpopcmd" || base == "dthumbnail")
-    return name + " is a " + control.controlClass + " and holds no value";
+    return name + " holds no value (its class is " + control.controlClass + ")";
   if (!control.vid) return name + " has no value in the panel's data table";
 
   const std::size_t before = panel.problems().size();
@@ -744,8 +745,7 @@ std::string SetControlFromText(XPanel& panel, const std::string& label, const st
   }
 
   switch (control.kind()) {
-    case ValueKind::String:
-      return done(panel.setText(control.cid, text));
+    case ValueKind::String: return done(panel.setText(control.cid, text));
     case ValueKind::Integer: {
       int v = 0;
       if (!ParseInt(Trim(text), &v)) return name + " expects a whole number, got " + Quoted(text);
@@ -760,6 +760,7 @@ std::string SetControlFromText(XPanel& panel, const std::string& label, const st
       const std::vector<std::string> words = count == 1 ? std::vector<std::string>{text} : SplitValues(text);
       if (static_cast<int>(words.size()) != count)
         return name + " expects " + std::to_string(count) + " numbers, got " + Quoted(text);
+      if (control.kind() == ValueKind::VParm && !panel.value(control.cid).vparm) return name + " " + kNoValue;
       double v[3] = {0, 0, 0};
       for (int i = 0; i < count; ++i)
         if (!ParseControlNumber(control.controlClass, words[i], &v[i], &error)) return name + " " + error;
@@ -768,8 +769,7 @@ std::string SetControlFromText(XPanel& panel, const std::string& label, const st
           if (x != std::trunc(x)) return name + " expects whole numbers, got " + Quoted(text);
       return done(count == 3 ? panel.setVector(control.cid, v) : panel.setNumber(control.cid, v[0]));
     }
-    default:
-      return name + " holds data of type " + Quoted(control.dataType) + ", which cannot be typed in";
+    default: return name + " holds data of type " + Quoted(control.dataType) + ", which cannot be typed in";
   }
 }
 

@@ -40,8 +40,7 @@ double NetworkRenderer::Shade(const double normal[3]) {
 }
 
 Raster NetworkRenderer::render(const RenderOptions& options) {
-  if (options.width < 1 || options.height < 1 || options.width > Raster::kMaxSide ||
-      options.height > Raster::kMaxSide)
+  if (options.width < 1 || options.height < 1 || options.width > Raster::kMaxSide || options.height > Raster::kMaxSide)
     throw RenderError("the image must be 1 to " + std::to_string(Raster::kMaxSide) + " pixels a side, not " +
                       std::to_string(options.width) + "x" + std::to_string(options.height));
 
@@ -116,7 +115,7 @@ void NetworkRenderer::shadePixels(Raster& image) const noexcept {
       access.spotSize = 1.0 / radius;
       access.ResourceContextIndex = 0;
       access.bounces = 0;
-      const double longitude = std::atan2(spot[0], spot[2]) + kPi;  // 0 at -Z, through -X, +Z, +X
+      const double longitude = std::atan2(spot[0], spot[2]) + kPi;        // 0 at -Z, through -X, +Z, +X
       const double latitude = std::acos(std::clamp(spot[1], -1.0, 1.0));  // 0 at +Y
       const int segment = std::min(kSegments - 1, static_cast<int>(longitude / (2.0 * kPi) * kSegments));
       const int ring = std::min(kRings - 1, static_cast<int>(latitude / kPi * kRings));
