@@ -124,12 +124,15 @@ TEST_F(ItemSelectionTest, EmptyChoiceIsSavedAsNone) {
 
 TEST_F(ItemSelectionTest, RenumberedItemsFollowThroughTheHost) {
   LWItemID a = scene.addLight("A");
-  scene.addLight("B");
+  LWItemID b = scene.addLight("B");
   lwhost::PluginNode& node = addNode();
-  ASSERT_TRUE(panelOf(node).choose(kLight, 1));
-  const LWItemID moved = UINT2LWITEMID(0x20000007);
-  EXPECT_TRUE(node.instance().changeID({{a, moved}}));
-  EXPECT_EQ(node.instance().useItems(), std::vector<LWItemID>{moved});
+  ASSERT_TRUE(panelOf(node).choose(kLight, 2));
+  // The scene renumbers B, and the node's reference follows through its changeID.
+  scene.remove(a);
+  lwhost::IdChanges changes = scene.compactIds();
+  ASSERT_EQ(changes, (lwhost::IdChanges{{b, a}}));
+  EXPECT_EQ(node.instance().useItems(), std::vector<LWItemID>{a});
+  EXPECT_EQ(node.instance().description(), "B 20000000");
 }
 
 TEST(DirectoryInfo, EveryDirectoryEndsInOneSlash) {

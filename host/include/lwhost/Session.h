@@ -21,7 +21,8 @@
 namespace lwhost {
 
 // A complete headless Layout: the host with every service component, and the modules it
-// loaded. Members are ordered for teardown: node instances go first (they may still hold
+// loaded. When the scene renumbers its items, every plug-in node hears of it through its
+// changeID, as in Layout. Members are ordered for teardown: node instances go first (they may still hold
 // panels and parameters), modules only after every component, the host last of all (unloading a
 // module releases what it still held through the host).
 class Session {
@@ -49,6 +50,7 @@ class Session {
   XPanels xpanels_;
   Panels panels_;
   NodeEditor nodes_;
+  ListenerToken renumbering_ = 0;
 };
 
 }  // namespace lwhost
