@@ -1,11 +1,13 @@
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <lwnodes.h>
 
 #include <array>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "lwhost/Blend.h"
 #include "lwhost/NodalAccess.h"
@@ -16,62 +18,53 @@
 
 namespace materials {
 
+using ::testing::ElementsAre;
+using Colour = std::array<double, 3>;
+
 constexpr int kChannels = 5;
 constexpr int kTransparency = 4;
 inline const char* const kChannel[kChannels] = {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"};
-// Panel ids: channel k's opacity is 0x9000 + 2k, its mode the odd id after it.
+// Channel k's opacity control is 0x9000 + 2k, its mode the odd id after it.
 constexpr unsigned int OpacityId(int k) { return 0x9000u + 2u * static_cast<unsigned int>(k); }
 constexpr unsigned int ModeId(int k) { return OpacityId(k) + 1u; }
 
 constexpr LWNodalMaterial kBg = {{0.1, 0.2, 0.3}, {0.4, 0.5, 0.6}, {0.15, 0.25, 0.35}, {0.45, 0.55, 0.65}, 0.2};
 constexpr LWNodalMaterial kFg = {{0.9, 0.8, 0.7}, {0.6, 0.5, 0.4}, {0.3, 0.6, 0.9}, {0.05, 0.1, 0.95}, 0.7};
 
-using Colour = std::array<double, 3>;
-
 inline Colour ChannelOf(const LWNodalMaterial& m, int k) {
   const double* c = k == 0 ? m.diffuse : k == 1 ? m.specular : k == 2 ? m.reflection : m.refraction;
   return {c[0], c[1], c[2]};
 }
 
-// What the host's blend makes of a colour channel at `opacity`: the node hands it 1 - opacity.
+// The host's blend of a channel at `opacity`: the node hands it 1 - opacity. The transparency
+// channel travels as the first component of a vector.
 inline Colour Blended(const Colour& bg, const Colour& fg, double opacity, int mode) {
   Colour out{};
   lwhost::Blend(out.data(), bg.data(), fg.data(), 1.0 - opacity, mode);
   return out;
 }
-// The transparency channel travels as the first component of a vector.
 inline double BlendedScalar(double bg, double fg, double opacity, int mode) {
-  const double b[3] = {bg, 0, 0}, f[3] = {fg, 0, 0};
-  double out[3] = {0, 0, 0};
-  lwhost::Blend(out, b, f, 1.0 - opacity, mode);
-  return out[0];
+  return Blended({bg, 0, 0}, {fg, 0, 0}, opacity, mode)[0];
 }
 
-// The host's node utilities with Blend watched: each call's alpha and mode are noted, then the
-// host's own blend runs. Installed before the nodes it watches are made (they keep the table
-// they were given); static storage, as nodes may outlive a test's locals.
+// The host's node utilities with Blend counted. Installed before the nodes it watches are made
+// (they keep the table they were given); static, as nodes may outlive a test's locals.
 struct BlendSpy {
   static inline LWNodeUtilityFuncs table{};
   static inline int calls = 0;
-  static inline double alpha = 0;
-  static inline int mode = -100;
 
-  static void Blend(LWDVector result, LWDVector bg, LWDVector fg, double a, BlendingMode m) {
+  static void Blend(LWDVector result, LWDVector bg, LWDVector fg, double alpha, BlendingMode mode) {
     ++calls;
-    alpha = a;
-    mode = m;
-    lwhost::NodeEditor::UtilityFuncsTable()->Blend(result, bg, fg, a, m);
+    lwhost::NodeEditor::UtilityFuncsTable()->Blend(result, bg, fg, alpha, mode);
   }
   static void Install(lwhost::Host& host) {
     table = *lwhost::NodeEditor::UtilityFuncsTable();
     table.Blend = Blend;
     calls = 0;
-    mode = -100;
     host.globals().provide(LWNODEUTILITYFUNCS_GLOBAL, &table);
   }
 };
 
-// A headless Layout with vorn.p loaded and helpers to drive Material Blender nodes.
 class MaterialBlenderTest : public ::testing::Test {
  protected:
   lwhost::Session session;
@@ -81,7 +74,7 @@ class MaterialBlenderTest : public ::testing::Test {
 
   lwhost::PluginNode& addBlender() { return editor.addPluginNode(vorn, "MaterialBlender"); }
 
-  // The node's form (made on the first interface activation, then the same one).
+  // Made on the first interface activation, then the same one.
   lwhost::XPanel& panelOf(lwhost::PluginNode& node) {
     const lwhost::InterfaceActivation ui = node.activateInterface();
     EXPECT_EQ(ui.result, AFUNC_OK);
@@ -89,7 +82,7 @@ class MaterialBlenderTest : public ::testing::Test {
     if (!panel) throw std::runtime_error("the Material Blender gave no panel");
     return *panel;
   }
-  // As the user does it: edit the opacity control, then the next render pass samples it.
+  // As the user does it: edit the control; the next render pass samples the opacity.
   void setOpacity(lwhost::PluginNode& node, int k, double opacity) {
     ASSERT_TRUE(panelOf(node).setNumber(OpacityId(k), opacity)) << kChannel[k];
     EXPECT_EQ(node.newTime(0, 0.0), "");
@@ -98,28 +91,25 @@ class MaterialBlenderTest : public ::testing::Test {
     ASSERT_TRUE(panelOf(node).setInteger(ModeId(k), mode)) << kChannel[k];
   }
 
-  // Material sources wired to the blender's material inputs.
   lwhost::Node& feed(lwhost::PluginNode& node, const char* input, const LWNodalMaterial& m) {
     lwhost::Node& source = editor.addMaterial(m);
     editor.connect(source, "Material", node, input);
     return source;
   }
 
+  // An output as a connected input reads it; what the node does not write stays as given.
+  template <class T>
+  T evaluate(lwhost::PluginNode& node, const char* output, ConnectionType type, T value) {
+    EXPECT_TRUE(editor.evaluate(node, output, access, &value, type)) << output;
+    return value;
+  }
   LWNodalMaterial material(lwhost::PluginNode& node) {
-    LWNodalMaterial m{};
-    EXPECT_TRUE(editor.evaluate(node, "Material", access, &m, NOT_MATERIAL));
-    return m;
+    return evaluate(node, "Material", NOT_MATERIAL, LWNodalMaterial{});
   }
   Colour colour(lwhost::PluginNode& node, const char* output) {
-    Colour c{-9, -9, -9};
-    EXPECT_TRUE(editor.evaluate(node, output, access, c.data(), NOT_COLOR)) << output;
-    return c;
+    return evaluate(node, output, NOT_COLOR, Colour{-9, -9, -9});
   }
-  double scalar(lwhost::PluginNode& node, const char* output) {
-    double v = -9;
-    EXPECT_TRUE(editor.evaluate(node, output, access, &v, NOT_SCALAR)) << output;
-    return v;
-  }
+  double scalar(lwhost::PluginNode& node, const char* output) { return evaluate(node, output, NOT_SCALAR, -9.0); }
 };
 
 }  // namespace materials

@@ -1,0 +1,220 @@
+// The information nodes through vorn.p: Time Info (the time, frame and rate of the last render
+// pass, in Layout and in the modeller) and Extended Spot Info (the identifiers of the spot being
+// shaded), their outputs and their shared form.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <lwnodes.h>
+
+#include <array>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "lwhost/FormRenderer.h"
+#include "lwhost/NodalAccess.h"
+#include "lwhost/NodeEditor.h"
+#include "lwhost/PluginNode.h"
+#include "lwhost/Session.h"
+#include "support/ModulePaths.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr const char* kSceneInfo = "LW Scene Info 3";
+
+// The host's output functions with setValue counted. Plug-ins keep the table they were given at
+// creation, so it is installed before the nodes it watches are made; static, as nodes may
+// outlive a test's locals.
+struct OutputSpy {
+  static inline LWNodeOutputFuncs table{};
+  static inline int writes = 0;
+
+  static void SetValue(NodeValue value, void* data) {
+    ++writes;
+    lwhost::NodeEditor::OutputFuncsTable()->setValue(value, data);
+  }
+  static void Install(lwhost::Host& host) {
+    table = *lwhost::NodeEditor::OutputFuncsTable();
+    table.setValue = SetValue;
+    writes = 0;
+    host.globals().provide(LWNODEOUTPUTFUNCS_GLOBAL, &table);
+  }
+};
+
+class InfoNodeTest : public ::testing::Test {
+ protected:
+  lwhost::Session session;
+  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
+  lwhost::NodeEditor& editor = session.nodes();
+  LWNodalAccess access = lwhost::MakeNodalAccess();
+
+  lwhost::PluginNode& add(const char* server) { return editor.addPluginNode(vorn, server); }
+
+  // An output read as a connected input reads it; -999 shows when the node writes nothing.
+  template <class T>
+  T read(lwhost::PluginNode& node, const char* output) {
+    T value = -999;
+    EXPECT_TRUE(editor.evaluate(node, output, access, &value, std::is_same_v<T, int> ? NOT_INTEGER : NOT_SCALAR))
+        << output;
+    return value;
+  }
+  void expectReading(lwhost::PluginNode& node, double time, int frame, double fps) {
+    EXPECT_EQ(read<double>(node, "Time"), time);
+    EXPECT_EQ(read<int>(node, "Frame"), frame);
+    EXPECT_EQ(read<double>(node, "Frames per Second"), fps);
+  }
+};
+
+TEST_F(InfoNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
+  const std::pair<const char*, std::vector<std::string>> nodes[] = {
+      {"vornTimeInfo", {"Time:2", "Frame:4", "Frames per Second:2"}},
+      {"vornExSpotInfo", {"Object ID:4", "Ray Source ID:4", "Polygon Number:4"}}};
+  for (const auto& [server, outputs] : nodes) {
+    SCOPED_TRACE(server);
+    lwhost::PluginNode& node = add(server);
+    EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
+    EXPECT_TRUE(node.inputs().empty());
+    std::vector<std::string> names;
+    for (const auto& o : node.outputs()) names.push_back(o->name() + ":" + std::to_string(o->type()));
+    EXPECT_EQ(names, outputs);
+
+    const lwhost::InterfaceActivation ui = node.activateInterface();
+    ASSERT_EQ(ui.result, AFUNC_OK);
+    EXPECT_EQ(node.activateInterface().local.panel, ui.local.panel) << "the panel is made once";
+    lwhost::XPanel* panel = session.xpanels().find(ui.local.panel);
+    ASSERT_NE(panel, nullptr);
+    std::vector<std::string> controls;
+    for (const lwhost::XPControl& c : panel->controls())
+      controls.push_back(std::to_string(c.cid) + " " + c.controlClass + " " + c.label);
+    EXPECT_THAT(controls, ElementsAre(std::to_string(0x9901) + " dThumbnail ",
+                                      std::to_string(0x9900) + " vButton http://www.vorn.example/"));
+    EXPECT_TRUE(panel->hasDividerAfter(0x9900)) << "the logo's hints are in";
+    std::string error;
+    EXPECT_TRUE(lwhost::RenderForm(*panel).writePng(std::string(UTILITY_TEST_OUTPUT_DIR) + "/" + server + "_form.png",
+                                                    &error))
+        << error;
+    EXPECT_TRUE(panel->problems().empty()) << panel->problems().front();
+  }
+}
+
+TEST_F(InfoNodeTest, TimeInfoReadsTheScenesRateOnEveryNewTimeInLayoutAndLetsGoAtOnce) {
+  session.scene().setFramesPerSecond(30.0);
+  lwhost::PluginNode& node = add("vornTimeInfo");
+  expectReading(node, 0.0, 0, 24.0);  // the rate is not read until NewTime
+
+  session.scene().setFramesPerSecond(25.0);
+  session.host().globals().resetCounts();
+  EXPECT_EQ(node.newTime(12, 0.48), "");
+  expectReading(node, 0.48, 12, 25.0);
+  // A later pass sees a changed rate; negative frames and times pass as they are.
+  session.scene().setFramesPerSecond(29.97);
+  EXPECT_EQ(node.newTime(-3, -0.1), "");
+  expectReading(node, -0.1, -3, 29.97);
+  const lwhost::LookupCounts counts = session.host().globals().counts(kSceneInfo);
+  EXPECT_EQ(counts.acquire, 2);
+  EXPECT_EQ(counts.release, 2);
+  EXPECT_EQ(counts.transient, 0);
+
+  // Evaluation itself looks nothing up.
+  session.host().globals().resetCounts();
+  expectReading(node, -0.1, -3, 29.97);
+  EXPECT_TRUE(session.host().globals().namesAsked().empty());
+}
+
+TEST_F(InfoNodeTest, TimeInfoInTheModellerKeepsTheLastRateWhateverTheScenesRate) {
+  session.host().actAs(lwhost::Application::Modeler);
+  lwhost::PluginNode& modelled = add("vornTimeInfo");
+  session.scene().setFramesPerSecond(50.0);
+  EXPECT_EQ(modelled.newTime(7, 0.35), "");
+  expectReading(modelled, 0.35, 7, 24.0);
+
+  // A node that learnt a rate in Layout keeps it once the host is the modeller.
+  session.host().actAs(lwhost::Application::Layout);
+  lwhost::PluginNode& node = add("vornTimeInfo");
+  EXPECT_EQ(node.newTime(1, 0.04), "");
+  expectReading(node, 0.04, 1, 50.0);
+  session.host().actAs(lwhost::Application::Modeler);
+  node.activateInterface();  // any activation tells the module which program it runs in
+  session.scene().setFramesPerSecond(60.0);
+  session.host().globals().resetCounts();
+  EXPECT_EQ(node.newTime(2, 0.08), "");
+  expectReading(node, 0.08, 2, 50.0);
+  EXPECT_EQ(session.host().globals().counts(kSceneInfo).acquire, 0);
+}
+
+TEST_F(InfoNodeTest, TimeInfoCopiesTheLastTimeFrameAndRateAndSavesNothing) {
+  lwhost::PluginNode& source = add("vornTimeInfo");
+  session.scene().setFramesPerSecond(48.0);
+  source.newTime(96, 2.0);
+  lwhost::PluginNode& copy = add("vornTimeInfo");
+  EXPECT_EQ(copy.instance().copyFrom(source.instance()), "");
+  expectReading(copy, 2.0, 96, 48.0);
+
+  // Independent from then on: the source moves on, the copy stays.
+  session.scene().setFramesPerSecond(24.0);
+  source.newTime(10, 0.4);
+  expectReading(copy, 2.0, 96, 48.0);
+  std::string error = "stale";
+  EXPECT_EQ(source.instance().save(lwhost::IOMode::Ascii, &error), "");
+  EXPECT_EQ(error, "");
+}
+
+TEST_F(InfoNodeTest, SpotInfoReportsTheObjectRaySourceAndPolygonOfEachSample) {
+  lwhost::Scene& scene = session.scene();
+  const LWItemID floor = scene.addObject("Floor");
+  const LWItemID ball = scene.addObject("Ball");
+  const LWItemID key = scene.addLight("Key");
+  const LWItemID camera = scene.addCamera("Camera");
+  lwhost::PluginNode& node = add("vornExSpotInfo");
+
+  // Distinct values, so that a field read in place of another shows.
+  access.objID = ball;
+  access.sourceID = key;
+  access.polNum = 4242;
+  EXPECT_EQ(read<int>(node, "Object ID"), 0x10000001);
+  EXPECT_EQ(read<int>(node, "Ray Source ID"), 0x20000000);
+  EXPECT_EQ(read<int>(node, "Polygon Number"), 4242);
+
+  // Every sample is read afresh; polygon 0 and a null item are values like any other.
+  access.objID = floor;
+  access.sourceID = camera;
+  access.polNum = 0;
+  EXPECT_EQ(read<int>(node, "Object ID"), 0x10000000);
+  EXPECT_EQ(read<int>(node, "Ray Source ID"), 0x30000000);
+  EXPECT_EQ(read<int>(node, "Polygon Number"), 0);
+  access.sourceID = LWITEM_NULL;
+  EXPECT_EQ(read<int>(node, "Ray Source ID"), 0);
+
+  // A copy answers for its own outputs.
+  lwhost::PluginNode& twin = add("vornExSpotInfo");
+  EXPECT_EQ(twin.instance().copyFrom(node.instance()), "");
+  EXPECT_EQ(read<int>(twin, "Polygon Number"), 0);
+}
+
+// Each node writes its own outputs only, not those of a twin (named alike) or another node.
+TEST_F(InfoNodeTest, AnOutputOfAnotherNodeWritesNothing) {
+  OutputSpy::Install(session.host());
+  lwhost::PluginNode& timeInfo = add("vornTimeInfo");
+  lwhost::PluginNode& spotInfo = add("vornExSpotInfo");
+  lwhost::Node& colour = editor.addColor(0.1, 0.2, 0.3);
+  for (const auto& [server, own] :
+       {std::pair{"vornTimeInfo", "Frame"}, std::pair{"vornExSpotInfo", "Polygon Number"}}) {
+    SCOPED_TRACE(server);
+    lwhost::PluginNode& node = add(server);
+    OutputSpy::writes = 0;
+    read<int>(node, own);
+    EXPECT_EQ(OutputSpy::writes, 1) << "the spy sees the node's own writes";
+
+    std::vector<lwhost::NodeOutput*> foreign{colour.outputs().front().get()};
+    for (const lwhost::PluginNode* other : {&timeInfo, &spotInfo})
+      for (const auto& o : other->outputs()) foreign.push_back(o.get());
+    char unused = 0;
+    OutputSpy::writes = 0;
+    for (lwhost::NodeOutput* output : foreign) node.evaluate(access, *output, &unused);
+    EXPECT_EQ(OutputSpy::writes, 0);
+    EXPECT_EQ(unused, 0);
+  }
+}
+
+}  // namespace
