@@ -5,6 +5,7 @@
 #include <lwserver.h>
 
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,96 +20,82 @@ LWValue ival = {LWT_INTEGER};
 LWValue sval = {LWT_STRING};
 
 struct Handler {
-  LWPanelFuncs* panf = nullptr;
-  LWPanelID panel = nullptr;
-  LWControl* list = nullptr;
-  LWControl* clear = nullptr;
-  LWControl* save = nullptr;
-  LWControl* done = nullptr;
+  LWPanelFuncs* panf;
+  LWPanelID panel;
+  LWControl *list, *clear, *save, *done;
   std::vector<std::string> rows;
-  bool throwFromName = false;
-  ClassicProbeLog* log = nullptr;
+  bool throwFromName;
+  ClassicProbeLog* log;
 };
 
-Handler* g_handler = nullptr;
+Handler g_probe;  // made anew by each "build"
 
-void Note(Handler* h, const std::string& event) {
-  if (!h || !h->log) return;
-  std::strncat(h->log->events, (event + "|").c_str(), sizeof h->log->events - std::strlen(h->log->events) - 1);
+// The handler found as the framework finds it: the control's panel, then that panel's user data.
+// Events whose handler is not found this way go unlogged.
+bool Found(LWControl* ctl) {
+  void* data = nullptr;
+  g_probe.panf->get(CON_PAN(ctl), PAN_USERDATA, &data);
+  return data == &g_probe;
 }
 
-// As the framework does it: the control's panel, then that panel's user data.
-Handler* FindHandler(LWControl* ctl) {
-  if (!ctl || !g_handler) return nullptr;
-  LWPanelID pan = CON_PAN(ctl);
-  void* data = nullptr;
-  g_handler->panf->get(pan, PAN_USERDATA, &data);
-  return static_cast<Handler*>(data);
+void Note(const std::string& event) {
+  auto& events = g_probe.log->events;
+  std::strncat(events, (event + "|").c_str(), sizeof events - std::strlen(events) - 1);
 }
 
 int ListCount(void* data) {
-  Handler* h = g_handler;
-  ++h->log->countCalls;
-  if (data != h->list) ++h->log->wrongUserData;
-  return static_cast<int>(h->rows.size());
+  if (data != g_probe.list) ++g_probe.log->wrongUserData;
+  return static_cast<int>(g_probe.rows.size());
 }
 
 char* ListName(void* data, int index) {
-  Handler* h = g_handler;
-  ++h->log->nameCalls;
-  if (data != h->list) ++h->log->wrongUserData;
-  if (h->throwFromName) throw std::runtime_error("probe name failure");
-  return const_cast<char*>(h->rows.at(static_cast<size_t>(index)).c_str());
+  if (data != g_probe.list) ++g_probe.log->wrongUserData;
+  if (g_probe.throwFromName) throw std::runtime_error("probe name failure");
+  return const_cast<char*>(g_probe.rows.at(static_cast<size_t>(index)).c_str());
 }
 
 void ListEvent(LWControl* ctl, void* data) {
-  Handler* h = FindHandler(ctl);
-  if (h != g_handler) {
-    ++g_handler->log->handlerMisses;
-    return;
-  }
+  if (!Found(ctl)) return;
   int row = -2;
   GET_INT(ctl, row);
-  Note(h, std::string(data == ctl ? "select:" : "select-wrong-data:") + std::to_string(row));
+  Note(std::string(data == ctl ? "select:" : "select-wrong-data:") + std::to_string(row));
 }
 
 void ButtonEvent(LWControl* ctl, void* data) {
-  Handler* h = FindHandler(ctl);
-  if (h != g_handler) {
-    ++g_handler->log->handlerMisses;
-    return;
-  }
-  if (data != h) Note(h, "wrong-data");
-  if (ctl == h->clear) {
-    h->rows.clear();
-    h->panf->draw(h->panel, DR_REFRESH);
-    Note(h, "clear");
-  } else if (ctl == h->save) {
+  if (!Found(ctl)) return;
+  if (data != &g_probe) Note("wrong-data");
+  if (ctl == g_probe.clear) {
+    g_probe.rows.clear();
+    g_probe.panf->draw(g_probe.panel, DR_REFRESH);
+    Note("clear");
+  } else if (ctl == g_probe.save) {
     char name[2048] = "";
     GET_STR(ctl, name, sizeof name);
-    Note(h, std::string("save:") + name);
-  } else if (ctl == h->done) {
+    Note(std::string("save:") + name);
+  } else if (ctl == g_probe.done) {
     int result = 7;
-    h->panf->set(h->panel, PAN_RESULT, &result);
-    h->panf->close(h->panel);
-    Note(h, "done");
+    g_probe.panf->set(g_probe.panel, PAN_RESULT, &result);
+    g_probe.panf->close(g_probe.panel);
+    Note("done");
   }
+}
+
+// A red 10 x 10 square in the corner, when the hook is given the panel's user data.
+void DrawPanel(LWPanelID panel, void* data, DrMode) {
+  if (data == &g_probe) g_probe.panf->drawFuncs->drawRGBBox(panel, 255, 0, 0, 0, 0, 10, 10);
 }
 
 int Build(GlobalFunc* global, ClassicProbeRequest* request) {
   auto* panf = static_cast<LWPanelFuncs*>(global(LWPANELFUNCS_GLOBAL, GFUSE_TRANSIENT));
   if (!panf) return AFUNC_BADGLOBAL;
-  delete g_handler;
-  g_handler = new Handler;
-  Handler* h = g_handler;
-  h->panf = panf;
-  h->log = request->log;
-  h->throwFromName = request->throwFromName != 0;
-  for (int i = 0; i < request->rowCount; ++i) h->rows.push_back(request->rows[i]);
+  g_probe = Handler{panf, nullptr, nullptr, nullptr, nullptr, nullptr,
+                    {std::begin(kProbeRows), std::end(kProbeRows)}, request->throwFromName != 0, request->log};
+  Handler* h = &g_probe;
   panf->globalFun = global;
 
   h->panel = PAN_CREATE(panf, const_cast<char*>("Probe Statistics"));
   PAN_SETDATA(panf, h->panel, h);
+  PAN_SETDRAW(panf, h->panel, &DrawPanel);
   // The macro leaves listbox.top alone: make it garbage, as a stack record's would be.
   std::memset(&desc, 0x5A, sizeof desc);
   h->list = LISTBOX_CTL(panf, h->panel, const_cast<char*>("Rows"), 200, 5, ListName, ListCount);
@@ -118,12 +105,9 @@ int Build(GlobalFunc* global, ClassicProbeRequest* request) {
   CON_SETEVENT(h->list, ListEvent, h->list);
   CON_SETEVENT(h->clear, ButtonEvent, h);
   CON_SETEVENT(h->done, ButtonEvent, h);
-  // Beside "Clear", then flush with the list box's right edge. One CON_ read per statement:
-  // they all go through `ival`, so two in one expression may read each other's answer.
-  int clearX = CON_X(h->clear);
-  int clearW = CON_W(h->clear);
+  // Beside "Clear", flush with the list box's right edge. One CON_ read per statement: they all
+  // go through `ival`, so two in one expression may read each other's answer.
   int clearY = CON_Y(h->clear);
-  MOVE_CON(h->save, clearX + clearW + 4, clearY);
   int listX = CON_X(h->list);
   int listW = CON_W(h->list);
   int saveW = CON_W(h->save);
@@ -132,32 +116,10 @@ int Build(GlobalFunc* global, ClassicProbeRequest* request) {
 
   request->panel = h->panel;
   request->handler = h;
+  request->buttonEvent = reinterpret_cast<void*>(&ButtonEvent);
   request->list = h->list;
   request->clear = h->clear;
   request->save = h->save;
-  request->done = h->done;
-  return AFUNC_OK;
-}
-
-int Readback(ClassicProbeRequest* request) {
-  Handler* h = g_handler;
-  if (!h) return AFUNC_BADLOCAL;
-  int bits = 0;
-  LWValue v = {LWT_INTEGER};
-  h->save->get(h->save, CTL_USERDATA, &v);
-  if (v.ptr.ptr == h) bits |= PROBE_USERDATA_OK;
-  v = LWValue{LWT_INTEGER};
-  h->save->get(h->save, CTL_USEREVENT, &v);
-  if (v.ptr.ptr == reinterpret_cast<void*>(&ButtonEvent)) bits |= PROBE_USEREVENT_OK;
-  LWPanelID pan = CON_PAN(h->save);
-  if (pan == h->panel) bits |= PROBE_PANEL_OK;
-  void* data = nullptr;
-  h->panf->get(pan, PAN_USERDATA, &data);
-  if (data == h) bits |= PROBE_PANDATA_OK;
-  v = LWValue{LWT_INTEGER};
-  h->list->get(h->list, CTL_USERDATA, &v);
-  if (v.ptr.ptr == h->list) bits |= PROBE_LISTDATA_OK;
-  request->result = bits;
   return AFUNC_OK;
 }
 
@@ -165,29 +127,14 @@ int Activate(int version, GlobalFunc* global, void* local, void*) {
   if (version != 1) return AFUNC_BADVERSION;
   auto* request = static_cast<ClassicProbeRequest*>(local);
   if (!request || !request->op) return AFUNC_BADLOCAL;
-  std::string op = request->op;
-  if (op == "build") return Build(global, request);
-  if (!g_handler) return AFUNC_BADLOCAL;
-  if (op == "open") {
-    request->result = g_handler->panf->open(g_handler->panel, request->openFlags);
-    return AFUNC_OK;
-  }
-  if (op == "readback") return Readback(request);
-  if (op == "destroy") {
-    PAN_KILL(g_handler->panf, g_handler->panel);
-    delete g_handler;
-    g_handler = nullptr;
-    return AFUNC_OK;
-  }
-  return AFUNC_BADLOCAL;
+  if (std::strcmp(request->op, "build") == 0) return Build(global, request);
+  if (!g_probe.panel || std::strcmp(request->op, "open") != 0) return AFUNC_BADLOCAL;
+  request->result = g_probe.panf->open(g_probe.panel, request->openFlags);
+  return AFUNC_OK;
 }
 
 void* Startup() { return reinterpret_cast<void*>(4); }
-
-void Shutdown(void*) {
-  delete g_handler;
-  g_handler = nullptr;
-}
+void Shutdown(void*) {}
 
 ServerTagInfo tags[] = {{"Classic Panel Probe", SRVTAG_USERNAME}, {nullptr, 0}};
 ServerRecord servers[] = {{"ClassicProbe", "panels", Activate, tags}, {nullptr, nullptr, nullptr, nullptr}};

@@ -1,59 +1,72 @@
-// Classic panels as a plug-in builds and uses them, with the host acting as the user.
+// Classic panels ("LWPanelServices") as plug-ins build and use them, with the host acting as the
+// user: through a probe module written with the SDK's macros, and through the table directly,
+// including the calls a careless plug-in makes.
 #include <gtest/gtest.h>
+#include <lwserver.h>
 
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "ClassicProbeFixture.h"
+#include "ClassicProbe.h"
+#include "lwhost/Host.h"
+#include "lwhost/ModuleFile.h"
+#include "lwhost/Panels.h"
 
 namespace {
 
-using lwhost::ControlInfo;
+using lwhost::Host;
 using lwhost::PanelError;
-using lwhost::PanelRect;
+using lwhost::RGB;
 using lwhost::UserAction;
+using Strings = std::vector<std::string>;
 
-using PanelsTest = ClassicProbeFixture;
-
-TEST_F(PanelsTest, PointerTagsTravelInPtrWhateverTheValueTypeSays) {
-  ClassicProbeRequest built = build();
-  // The probe reads its pointers back through LWT_INTEGER and LWT_STRING records, as the
-  // CON_SETEVENT and CON_PAN macros do; on 64-bit builds intv.value would lose them.
-  EXPECT_EQ(run("readback").result, PROBE_ALL_OK);
-
-  ControlInfo save = panels.control(built.save);
-  EXPECT_EQ(save.userData, built.handler);
-  EXPECT_TRUE(save.hasEvent);
-  EXPECT_EQ(panels.control(built.list).userData, built.list);
-  EXPECT_EQ(panels.panel(built.panel).userData, built.handler);
-  EXPECT_EQ(panels.panels(), std::vector<LWPanelID>{built.panel});
-  EXPECT_EQ(panels.findPanel("Probe Statistics"), built.panel);
-  EXPECT_EQ(panels.findControl(built.panel, "Save..."), built.save);
-  EXPECT_TRUE(panels.problems().empty()) << Joined(panels.problems());
+bool Mentions(const Strings& all, const std::string& text) {
+  return std::any_of(all.begin(), all.end(), [&](const std::string& p) { return p.find(text) != std::string::npos; });
 }
 
-TEST_F(PanelsTest, ListBoxCallbacksGetTheControlsUserData) {
+// The probe's panel "Probe Statistics": a list box "Rows" (200 wide, 5 rows, its own user data),
+// buttons "Clear" and "Done", and a save button "Save..." moved flush right beside "Clear".
+class PanelsTest : public ::testing::Test {
+ protected:
+  // Builds the panel (not yet open).
+  ClassicProbeRequest build(bool throwFromName = false) { return run("build", 0, throwFromName); }
+  // Opens it with these PANF_* flags.
+  int open(int flags) { return run("open", flags, false).result; }
+  std::string events() const { return log.events; }
+
+  lwhost::Host host;
+  lwhost::Panels panels{host};
+  lwhost::ModuleFile module{CLASSIC_PROBE_PATH};
+  ClassicProbeLog log{};
+
+  ClassicProbeRequest run(const char* op, int openFlags, bool throwFromName) {
+    ClassicProbeRequest request{op, &log, throwFromName, openFlags};
+    EXPECT_EQ(module.activate(module.require("ClassicProbe", "panels"), 1, &request), AFUNC_OK) << request.op;
+    return request;
+  }
+};
+
+TEST_F(PanelsTest, ListBoxAndSaveButtonAnswerThroughTheBinaryInterface) {
   ClassicProbeRequest built = build();
-  // Not open yet: nobody can click it.
-  EXPECT_THROW(panels.selectRow(built.list, 0), PanelError);
-  run("open", 0);  // non-blocking: the panel stays up
+  // Pointers read back through an LWT_INTEGER record, as CON_SETEVENT and friends use: on 64-bit
+  // builds intv.value would lose them. (CON_PAN's LWT_STRING read runs in every event hook.)
+  auto* save = static_cast<LWControl*>(built.save);
+  LWValue data = {LWT_INTEGER}, event = {LWT_INTEGER};
+  save->get(save, CTL_USERDATA, &data);
+  save->get(save, CTL_USEREVENT, &event);
+  EXPECT_EQ(data.ptr.ptr, built.handler);
+  EXPECT_EQ(event.ptr.ptr, built.buttonEvent);
 
-  std::vector<std::string> listed = panels.listRows(built.list);
-  EXPECT_EQ(listed, std::vector<std::string>(rows.begin(), rows.end()));
-  EXPECT_GT(log.countCalls, 0);
-  EXPECT_GE(log.nameCalls, 3);
+  EXPECT_THROW(panels.selectRow(built.list, 0), PanelError) << "not open yet: nobody can click it";
+  open(0);  // non-blocking: the panel stays up
+  EXPECT_EQ(panels.listRows(built.list), Strings(std::begin(kProbeRows), std::end(kProbeRows)));
   EXPECT_EQ(log.wrongUserData, 0);
-  EXPECT_EQ(panels.intValue(built.list), -1);  // nothing selected yet
-
   panels.selectRow(built.list, 2);
-  EXPECT_EQ(panels.intValue(built.list), 2);
-  EXPECT_EQ(events(), "select:2|");  // the probe read the value back inside its event hook
   EXPECT_THROW(panels.selectRow(built.list, 3), PanelError);
   EXPECT_THROW(panels.selectRow(built.list, -1), PanelError);
   EXPECT_THROW(panels.selectRow(built.clear, 0), PanelError);
-  EXPECT_EQ(events(), "select:2|");
 
   // The callbacks get the user data as it is now, not as it was when the box was made.
   auto* list = static_cast<LWControl*>(built.list);
@@ -62,69 +75,21 @@ TEST_F(PanelsTest, ListBoxCallbacksGetTheControlsUserData) {
   list->set(list, CTL_USERDATA, &other);
   panels.listRows(built.list);
   EXPECT_GT(log.wrongUserData, 0);
-  panels.userClose(built.panel);
-  EXPECT_FALSE(panels.panel(built.panel).open);
-}
+  EXPECT_EQ(panels.problems(), Strings{});
 
-TEST_F(PanelsTest, ScriptedModalSessionRunsItsActionsInOrder) {
-  ClassicProbeRequest built = build();
-  bool wasOpen = false;
-  std::vector<std::string> rowsSeen;
-  panels.script({UserAction::inspect([&](lwhost::Panels& p, LWPanelID id) {
-                   wasOpen = p.panel(id).open;
-                   rowsSeen = p.listRows(p.findControl(id, "Rows"));
-                 }),
-                 UserAction::selectRow("Rows", 2), UserAction::press("Clear"),
-                 UserAction::chooseFile("Save...", "/tmp/statistics.txt"), UserAction::close()});
-  // Open flags 5: blocking, framed, Continue only.
-  EXPECT_EQ(run("open", PANF_BLOCKING | PANF_FRAME).result, 1);
-  EXPECT_TRUE(wasOpen);
-  EXPECT_EQ(rowsSeen.size(), 3u);
-  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|");
-  lwhost::PanelInfo info = panels.panel(built.panel);
-  EXPECT_FALSE(info.open);
-  EXPECT_EQ(info.openFlags, 5);
-  EXPECT_EQ(info.drawRequests, 1);  // "Clear" redrew the panel
-  EXPECT_EQ(info.lastDrawMode, DR_REFRESH);
-  EXPECT_EQ(panels.stringValue(built.save), "/tmp/statistics.txt");
-  EXPECT_EQ(panels.pendingSessions(), 0u);
-  EXPECT_TRUE(panels.problems().empty()) << Joined(panels.problems());
-
-  // A failing action is noted and the session goes on; Cancel makes open answer 0.
-  panels.script({UserAction::press("Nope"), UserAction::press("Save..."), UserAction::cancel()});
-  EXPECT_EQ(run("open", PANF_BLOCKING | PANF_CANCEL).result, 0);
-  EXPECT_TRUE(Mentions(panels.problems(), "no control labelled \"Nope\"")) << Joined(panels.problems());
-  EXPECT_TRUE(Mentions(panels.problems(), "choose a file name"));
-
-  // The plug-in closing its own panel ends the session with its PAN_RESULT; "Clear" never runs.
-  panels.script({UserAction::press("Done"), UserAction::press("Clear")});
-  EXPECT_EQ(run("open", PANF_BLOCKING).result, 7);
-  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|done|");
-
-  // Nobody scripted: the user presses Continue at once.
-  EXPECT_EQ(run("open", PANF_BLOCKING).result, 1);
-  EXPECT_EQ(panels.panel(built.panel).opens, 4);
-  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|done|");
-}
-
-TEST_F(PanelsTest, SaveButtonValueRespectsTheCallersBuffer) {
-  ClassicProbeRequest built = build();
-  run("open", 0);
+  // The probe reads the row and the save button's name back inside its hooks (GET_INT, GET_STR).
+  // Then the name into buffers of exactly bufLen bytes on the heap: one byte too many written is
+  // an ASan failure.
   const std::string name = "/tmp/command-statistics.txt";
   panels.chooseFile(built.save, name);
-  EXPECT_EQ(events(), "save:" + name + "|");  // the probe read it with GET_STR in its hook
-
-  auto* save = static_cast<LWControl*>(built.save);
-  // Heap buffers of exactly bufLen bytes: one byte too many written is an ASan failure.
-  for (int bufLen : {1, 2, 8, static_cast<int>(name.size()), static_cast<int>(name.size()) + 1, 64}) {
+  EXPECT_EQ(events(), "select:2|save:" + name + "|");
+  for (std::size_t bufLen : {std::size_t{1}, name.size(), name.size() + 1}) {
     std::unique_ptr<char[]> buffer(new char[bufLen]);
-    std::fill(buffer.get(), buffer.get() + bufLen, '#');
     LWValue value = {LWT_STRING};
     value.str.buf = buffer.get();
-    value.str.bufLen = bufLen;
+    value.str.bufLen = static_cast<int>(bufLen);
     save->get(save, CTL_VALUE, &value);
-    size_t expected = std::min(name.size(), static_cast<size_t>(bufLen - 1));
-    EXPECT_EQ(std::string(buffer.get()), name.substr(0, expected)) << "bufLen " << bufLen;
+    EXPECT_EQ(std::string(buffer.get()), name.substr(0, bufLen - 1)) << "bufLen " << bufLen;
   }
 
   // No room at all, or a value record of the wrong type: nothing written, the fault noted.
@@ -133,7 +98,6 @@ TEST_F(PanelsTest, SaveButtonValueRespectsTheCallersBuffer) {
   empty.str.buf = untouched;
   empty.str.bufLen = 0;
   save->get(save, CTL_VALUE, &empty);
-  EXPECT_EQ(untouched[0], '#');
   LWValue integer = {LWT_INTEGER};
   integer.ptr.ptr = untouched;  // would be read as str.buf by a host that trusts the class alone
   save->get(save, CTL_VALUE, &integer);
@@ -150,18 +114,63 @@ TEST_F(PanelsTest, SaveButtonValueRespectsTheCallersBuffer) {
   EXPECT_EQ(panels.stringValue(built.save), "abc");
 }
 
-TEST_F(PanelsTest, ControlsStackDownwardsAndMoveWhereThePluginPutsThem) {
+TEST_F(PanelsTest, ScriptedModalSessionRunsItsActionsInOrder) {
   ClassicProbeRequest built = build();
-  std::vector<ControlInfo> controls = panels.controls(built.panel);
+  panels.script({UserAction::selectRow("Rows", 2), UserAction::press("Clear"),
+                 UserAction::chooseFile("Save...", "/tmp/statistics.txt"), UserAction::close()});
+  EXPECT_EQ(open(PANF_BLOCKING | PANF_FRAME), 1);
+  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|");
+  EXPECT_EQ(panels.panel(built.panel).drawRequests, 1) << "\"Clear\" redrew the panel";
+  EXPECT_EQ(panels.problems(), Strings{});
+
+  // A failing action is noted and the session goes on; Cancel makes open answer 0.
+  panels.script({UserAction::press("Nope"), UserAction::press("Save..."), UserAction::cancel()});
+  EXPECT_EQ(open(PANF_BLOCKING | PANF_CANCEL), 0);
+  EXPECT_TRUE(Mentions(panels.problems(), "no control labelled \"Nope\""));
+  EXPECT_TRUE(Mentions(panels.problems(), "choose a file name"));
+
+  // The plug-in closing its own panel ends the session with its PAN_RESULT; "Clear" never runs.
+  // Nobody scripted: the user presses Continue at once.
+  panels.script({UserAction::press("Done"), UserAction::press("Clear")});
+  EXPECT_EQ(open(PANF_BLOCKING), 7);
+  EXPECT_EQ(open(PANF_BLOCKING), 1);
+  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|done|");
+
+  // An exception from a plug-in callback (here the list box's, while the panel is drawn) stays in
+  // the host, noted, and the session goes on.
+  build(/*throwFromName=*/true);
+  panels.script({UserAction::inspect([](lwhost::Panels& p, LWPanelID id) { p.renderPanel(id); }),
+                 UserAction::selectRow("Rows", 0), UserAction::close()});
+  EXPECT_EQ(open(PANF_BLOCKING), 1);
+  EXPECT_EQ(events(), "select:2|clear|save:/tmp/statistics.txt|done|select:0|");
+  EXPECT_TRUE(
+      Mentions(panels.problems(), "\"Rows\" (ListBoxControl) on panel \"Probe Statistics\" threw: probe name failure"));
+}
+
+// The bounding box of the pixels for which test(colour, x, y) holds, and their number.
+struct Box {
+  int x0 = 1 << 30, y0 = 1 << 30, x1 = -1, y1 = -1, count = 0;
+  int height() const { return y1 - y0 + 1; }
+};
+
+template <class Test>
+Box Where(const lwhost::Raster& image, Test test) {
+  Box b;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      if (test(image.get(x, y), x, y))
+        b = {std::min(b.x0, x), std::min(b.y0, y), std::max(b.x1, x), std::max(b.y1, y), b.count + 1};
+  return b;
+}
+
+TEST_F(PanelsTest, ControlsStackDownwardsAndShowTheirRowsAndSelection) {
+  ClassicProbeRequest built = build();
+  const std::vector<lwhost::ControlInfo> controls = panels.controls(built.panel);
   ASSERT_EQ(controls.size(), 4u);
-  EXPECT_EQ(controls[0].className, "ListBoxControl");
-  EXPECT_EQ(controls[1].className, "ButtonControl");
-  EXPECT_EQ(controls[2].className, "SaveButtonControl");
-  EXPECT_EQ(controls[3].label, "Done");
-  const PanelRect list = controls[0].rect, clear = controls[1].rect, save = controls[2].rect, done = controls[3].rect;
+  const lwhost::PanelRect list = controls[0].rect, clear = controls[1].rect;
+  const lwhost::PanelRect save = controls[2].rect, done = controls[3].rect;
 
   // The list box: 200 pixels of rows, its label to the left and counted in its width.
-  EXPECT_EQ(list.x, 0);
   EXPECT_EQ(list.y, 0);
   EXPECT_EQ(controls[0].hot.w, 200);
   EXPECT_EQ(controls[0].hot.x + controls[0].hot.w, list.w);
@@ -171,94 +180,162 @@ TEST_F(PanelsTest, ControlsStackDownwardsAndMoveWhereThePluginPutsThem) {
   // Stacked downwards in the order added, each below the one added before it.
   EXPECT_EQ(clear.x, 0);
   EXPECT_GT(clear.y, list.y + list.h - 1);
-  EXPECT_GT(done.y, clear.y + clear.h + save.h);  // "Save..." was below "Clear" when "Done" came
+  EXPECT_GT(done.y, clear.y + clear.h + save.h) << "\"Save...\" was below \"Clear\" when \"Done\" came";
 
   // The probe moved "Save..." onto the "Clear" line, flush with the list box's right edge,
-  // reading the places back with CON_X/CON_W.
+  // reading the places back with CON_X/CON_W; the panel grows around its controls.
   EXPECT_EQ(save.w, 80);
   EXPECT_EQ(save.y, clear.y);
   EXPECT_EQ(save.x + save.w, list.x + list.w);
-
-  // The panel grows around its controls.
   lwhost::PanelInfo info = panels.panel(built.panel);
   EXPECT_GE(info.rect.w, list.w);
   EXPECT_GE(info.rect.h, done.y + done.h);
-}
 
-TEST_F(PanelsTest, ExceptionsFromPluginCallbacksStayInTheHost) {
-  ClassicProbeRequest built = build(/*throwFromName=*/true);
-  panels.script({UserAction::inspect([](lwhost::Panels& p, LWPanelID id) { p.renderPanel(id); }),
-                 UserAction::selectRow("Rows", 0), UserAction::close()});
-  EXPECT_EQ(run("open", PANF_BLOCKING).result, 1);
-  EXPECT_EQ(events(), "select:0|");
-  EXPECT_TRUE(Mentions(panels.problems(),
-                       "name callback of \"Rows\" (ListBoxControl) on panel "
-                       "\"Probe Statistics\" threw: probe name failure"));
-  EXPECT_FALSE(panels.panel(built.panel).open);
-}
-
-// Bounding box of the pixels of one colour.
-struct Box {
-  int x0 = 1 << 30, y0 = 1 << 30, x1 = -1, y1 = -1;
-  bool empty() const { return x1 < 0; }
-  int height() const { return y1 - y0 + 1; }
-};
-
-Box Find(const lwhost::Raster& image, lwhost::RGB colour) {
-  Box b;
-  for (int y = 0; y < image.height(); ++y)
-    for (int x = 0; x < image.width(); ++x)
-      if (image.get(x, y) == colour) {
-        b.x0 = std::min(b.x0, x), b.y0 = std::min(b.y0, y);
-        b.x1 = std::max(b.x1, x), b.y1 = std::max(b.y1, y);
-      }
-  return b;
-}
-
-// Pixels in a region that are neither of two colours: the text on a row.
-int Ink(const lwhost::Raster& image, lwhost::RGB a, lwhost::RGB b, int x0, int y0, int x1, int y1) {
-  int n = 0;
-  for (int y = y0; y <= y1; ++y)
-    for (int x = x0; x <= x1; ++x) n += image.get(x, y) != a && image.get(x, y) != b;
-  return n;
-}
-
-TEST_F(PanelsTest, RenderedPanelShowsTheRowsAndTheSelection) {
-  ClassicProbeRequest built = build();
-  run("open", PANF_FRAME | PANF_CANCEL);
-  const lwhost::RGB selection = lwhost::PaletteColour(LWP_EDIT_SEL);
-  const lwhost::RGB rowBackground = lwhost::PaletteColour(LWP_EDIT_BG);
-  ASSERT_NE(selection, rowBackground);
-
-  EXPECT_TRUE(Find(panels.renderPanel(built.panel), selection).empty());  // nothing selected
+  open(PANF_FRAME | PANF_CANCEL);
+  const RGB selection = lwhost::PaletteColour(LWP_EDIT_SEL), background = lwhost::PaletteColour(LWP_EDIT_BG);
+  auto selected = [&](RGB c, int, int) { return c == selection; };
+  EXPECT_EQ(Where(panels.renderPanel(built.panel), selected).count, 0) << "nothing selected";
 
   panels.selectRow(built.list, 0);
-  lwhost::Raster first = panels.renderPanel(built.panel);
+  const lwhost::Raster first = panels.renderPanel(built.panel);
   panels.selectRow(built.list, 2);
-  lwhost::Raster third = panels.renderPanel(built.panel);
-  ASSERT_TRUE(first.writePng(std::string(PANEL_PICTURE_DIR) + "/classic_probe_panel.png"));
+  const lwhost::Raster third = panels.renderPanel(built.panel);
+  // One row is highlighted, across the list's width, and the highlight moves down two rows.
+  const Box row0 = Where(first, selected), row2 = Where(third, selected);
+  const int h = row0.height();
+  ASSERT_GE(h, lwhost::Raster::textHeight());
+  EXPECT_EQ(row2.y0 - row0.y0, 2 * h);
+  EXPECT_GT(row0.x1 - row0.x0, 150);
 
-  // One row is highlighted, and the highlight moves down two rows with the selection.
-  Box row0 = Find(first, selection), row2 = Find(third, selection);
-  ASSERT_FALSE(row0.empty());
-  ASSERT_FALSE(row2.empty());
-  EXPECT_EQ(row0.height(), row2.height());
-  EXPECT_GE(row0.height(), lwhost::Raster::textHeight());
-  EXPECT_EQ(row2.y0 - row0.y0, 2 * row0.height());
-  EXPECT_EQ(row0.x0, row2.x0);
-  EXPECT_GT(row0.x1 - row0.x0, 150);  // across the list's width
-
-  // Each visible row carries its text; after "Clear" the list is empty.
-  const int listBottom = row0.y0 + 5 * row0.height() - 1;
-  for (int r = 0; r < 3; ++r) {
-    int y = row0.y0 + r * row0.height();
-    EXPECT_GT(Ink(third, rowBackground, selection, row0.x0, y, row0.x1, y + row0.height() - 1), 10) << "row " << r;
-  }
-  EXPECT_EQ(Ink(third, rowBackground, selection, row0.x0, row0.y0 + 3 * row0.height(), row0.x1, listBottom), 0);
+  // Text in rows [from, to) of the list: each of the three rows carries some, the two below none,
+  // and after "Clear" there is none at all.
+  auto text = [&](const lwhost::Raster& image, int from, int to) {
+    return Where(image, [&](RGB c, int x, int y) {
+             return c != background && c != selection && x >= row0.x0 && x <= row0.x1 && y >= row0.y0 + from * h &&
+                    y < row0.y0 + to * h;
+           }).count;
+  };
+  for (int r = 0; r < 5; ++r) EXPECT_EQ(text(third, r, r + 1) > 10, r < 3) << "row " << r;
   panels.press(built.clear);
-  lwhost::Raster cleared = panels.renderPanel(built.panel);
-  EXPECT_EQ(Ink(cleared, rowBackground, selection, row0.x0, row0.y0, row0.x1, listBottom), 0);
-  ASSERT_TRUE(cleared.writePng(std::string(PANEL_PICTURE_DIR) + "/classic_probe_panel_cleared.png"));
+  EXPECT_EQ(text(panels.renderPanel(built.panel), 0, 5), 0);
+
+  // The plug-in's own drawing shows. Ghosted controls still take clicks; erased ones are gone
+  // from sight, exactly their rectangle, and from the mouse.
+  EXPECT_EQ(Where(panels.renderPanel(built.panel), [](RGB c, int, int) { return c == RGB{255, 0, 0}; }).count, 100);
+  auto* button = static_cast<LWControl*>(built.clear);
+  button->draw(button, DR_GHOST);
+  panels.press(built.clear);
+  const lwhost::Raster ghosted = panels.renderPanel(built.panel);
+  button->draw(button, DR_ERASE);
+  LWValue flags = {LWT_INTEGER};
+  button->get(button, CTL_FLAGS, &flags);
+  EXPECT_EQ(flags.intv.value & (CTLF_INVISIBLE | CTLF_DISABLE), CTLF_INVISIBLE | CTLF_DISABLE);
+  EXPECT_THROW(panels.press(built.clear), PanelError);
+  const Box erased =
+      Where(panels.renderPanel(built.panel), [&](RGB c, int x, int y) { return c != ghosted.get(x, y); });
+  EXPECT_EQ(erased.x1 - erased.x0 + 1, clear.w);
+  EXPECT_EQ(erased.height(), clear.h);
+  button->draw(button, DR_RENDER);
+  panels.press(built.clear);
+  EXPECT_EQ(events(), "select:0|select:2|clear|clear|clear|");
+}
+
+// ---- The table called directly ----
+
+LWPanelFuncs* Services() {
+  return static_cast<LWPanelFuncs*>(Host::lookupFunction()(LWPANELFUNCS_GLOBAL, GFUSE_TRANSIENT));
+}
+
+char* Text(const char* text) { return const_cast<char*>(text); }
+
+LWControl* AddButton(LWPanelFuncs* pf, LWPanelID pan, const char* label) {
+  ControlDesc desc{};
+  desc.type = LWT_INTEGER;
+  return pf->addControl(pan, Text("ButtonControl"), &desc, Text(label));
+}
+
+TEST(PanelServices, WhatPluginsHandInIsCheckedNotTrusted) {
+  Host host;
+  LWPanelID (*create)(char*, void*) = nullptr;
+  {
+    lwhost::Panels panels(host);
+    LWPanelFuncs* pf = Services();
+    create = pf->create;
+    EXPECT_EQ(pf->globalFun, Host::lookupFunction());
+
+    LWPanelID pan = pf->create(Text("Lifecycle"), nullptr);
+    void* pointer = nullptr;
+    pf->get(pan, PAN_PANFUN, &pointer);
+    EXPECT_EQ(pointer, pf) << "create was given no table: the host's own";
+    LWControl* a = AddButton(pf, pan, "A");
+    LWControl* b = AddButton(pf, pan, "B");
+    EXPECT_EQ(pf->nextControl(pan, nullptr), a);
+    EXPECT_EQ(pf->nextControl(pan, a), b);
+    EXPECT_EQ(pf->nextControl(pan, b), nullptr);
+
+    // Not while it is open; nobody is at a headless host, so handle() ends the user's session.
+    EXPECT_EQ(pf->open(pan, 0), 1);
+    EXPECT_EQ(pf->open(pan, 0), 0);
+    pf->destroy(pan);
+    EXPECT_TRUE(Mentions(panels.problems(), "is open; close it first"));
+    EXPECT_EQ(pf->handle(pan, 0), -1);
+    EXPECT_FALSE(panels.panel(pan).open);
+    auto controlGet = a->get;
+    pf->destroy(pan);
+    EXPECT_THROW(panels.panel(pan), PanelError);
+
+    // Stale and made-up handles: nothing is read or written through them.
+    panels.clearProblems();
+    int sentinel = 12345;
+    pf->get(pan, PAN_W, &sentinel);
+    EXPECT_EQ(sentinel, 12345);
+    LWValue value = {LWT_INTEGER};
+    value.intv.value = 99;
+    controlGet(a, CTL_X, &value);  // `a` is freed: only its address may be used
+    int local = 0;
+    EXPECT_EQ(pf->open(&local, PANF_BLOCKING), 0);
+    EXPECT_EQ(AddButton(pf, &local, "C"), nullptr);
+    EXPECT_EQ(pf->handle(&local, 0), -1);
+    controlGet(&local, CTL_VALUE, &value);
+    EXPECT_EQ(value.intv.value, 99);
+    EXPECT_EQ(panels.problems().size(), 6u) << "each refusal noted";
+
+    // A class the host does not simulate is kept as a plain box, noted.
+    LWPanelID odd = pf->create(Text("Odd controls"), nullptr);
+    ControlDesc desc{};
+    desc.type = LWT_STRING;
+    LWControl* edit = pf->addControl(odd, Text("EditControl"), &desc, Text("Name"));
+    ASSERT_NE(edit, nullptr);
+    EXPECT_FALSE(panels.control(edit).simulated);
+    EXPECT_TRUE(Mentions(panels.problems(), "\"EditControl\" is not simulated"));
+
+    // Whatever is stored comes back by the value's type.
+    LWValue number = {LWT_INTEGER}, str = {LWT_STRING};
+    number.intv.value = 42;
+    char text[] = "Bob";
+    str.str.buf = text;
+    str.str.bufLen = sizeof text;
+    edit->set(edit, CTL_VALUE, &number);
+    edit->set(edit, CTL_VALUE, &str);
+    number.intv.value = 0;
+    text[0] = '\0';
+    edit->get(edit, CTL_VALUE, &number);
+    edit->get(edit, CTL_VALUE, &str);
+    EXPECT_EQ(number.intv.value, 42);
+    EXPECT_STREQ(text, "Bob");
+
+    // No class name, no description record, a list box opened without its user data.
+    EXPECT_EQ(pf->addControl(odd, nullptr, &desc, Text("x")), nullptr);
+    LWControl* list = pf->addControl(odd, Text("ListBoxControl"), nullptr, Text("Empty"));
+    ASSERT_NE(list, nullptr);
+    EXPECT_TRUE(panels.listRows(list).empty());
+    EXPECT_TRUE(Mentions(panels.problems(), "came without a description record"));
+    pf->open(odd, 0);
+    EXPECT_TRUE(Mentions(panels.problems(), "\"Empty\" (ListBoxControl) on panel \"Odd controls\" has no CTL_USER"));
+  }
+  // With the component gone the service is gone, and stray calls answer failure.
+  EXPECT_EQ(Services(), nullptr);
+  EXPECT_EQ(create(Text("Late"), nullptr), nullptr);
 }
 
 }  // namespace

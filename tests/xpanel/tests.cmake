@@ -4,8 +4,7 @@ vorn_add_plugin_module(panel_probe_module panel_probe ${CMAKE_CURRENT_LIST_DIR}/
 vorn_add_test_suite(xpanel_tests
   ${CMAKE_CURRENT_LIST_DIR}/raster_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/hint_list_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/view_panel_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/form_panel_test.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/xpanels_test.cpp)
 target_compile_definitions(xpanel_tests PRIVATE
   PANEL_PROBE_MODULE_PATH="$<TARGET_FILE:panel_probe_module>"
   XPANEL_TEST_OUTPUT_DIR="${CMAKE_CURRENT_BINARY_DIR}")
