@@ -23,7 +23,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
@@ -32,65 +31,48 @@ GlobalFunc* g_global = nullptr;
 // The macros work on a variable of this name.
 LWPanControlDesc desc;
 
-struct Master {
-  LWXPanelID form = nullptr;
-};
+// An instance holds its form panel, made when its interface is first activated.
+LWInstance Create(void*, void*, LWError*) { return new LWXPanelID(nullptr); }
+void Destroy(LWInstance instance) { delete static_cast<LWXPanelID*>(instance); }
 
-LWInstance Create(void*, void*, LWError*) { return new Master; }
-void Destroy(LWInstance instance) { delete static_cast<Master*>(instance); }
-LWError Copy(LWInstance, LWInstance) { return nullptr; }
-double Event(LWInstance, const LWMasterAccess*) { return 0.0; }
-unsigned int Flags(LWInstance) { return LWMASTF_LAYOUT; }
-
+// Only what drawing a panel needs.
 int ActivateHandler(int version, GlobalFunc* global, void* local, void*) {
   if (version != LWMASTER_VERSION) return AFUNC_BADVERSION;
   g_global = global;
   auto* handler = static_cast<LWMasterHandler*>(local);
   handler->inst->create = Create;
   handler->inst->destroy = Destroy;
-  handler->inst->copy = Copy;
-  handler->type = LWMAST_LAYOUT;
-  handler->event = Event;
-  handler->flags = Flags;
   return AFUNC_OK;
 }
 
 // ---- cliForm ----
 
-LWXPanelControl kControls[] = {{0x8001, "Strength", "percent"},
-                               {0x8002, "Enabled", "iBoolean"},
-                               {0x8003, "Style", "iPopChoice"},
-                               {0x8004, "Host", "sInfo"},
+LWXPanelControl kControls[] = {{0x8001, "Strength", "percent"}, {0x8002, "Enabled", "iBoolean"},
+                               {0x8003, "Style", "iPopChoice"},   {0x8004, "Host", "sInfo"},
                                {0, nullptr, nullptr}};
-LWXPanelDataDesc kData[] = {{0x8001, "", "percent"},
-                            {0x8002, "", "integer"},
-                            {0x8003, "", "integer"},
-                            {0x8004, "", "string"},
-                            {0, nullptr, nullptr}};
+LWXPanelDataDesc kData[] = {{0x8001, "", "percent"}, {0x8002, "", "integer"}, {0x8003, "", "integer"},
+                            {0x8004, "", "string"},  {0, nullptr, nullptr}};
 const char* kStyles[] = {"Plain", "Striped", "Dotted", nullptr};
 
 int FormInterface(int version, GlobalFunc* global, void* local, void*) {
   if (version < LWINTERFACE_VERSION) return AFUNC_BADVERSION;
   auto* face = static_cast<LWInterface*>(local);
-  auto* master = static_cast<Master*>(face->inst);
+  LWXPanelID& form = *static_cast<LWXPanelID*>(face->inst);
   auto* xpf = static_cast<LWXPanelFuncs*>(global(LWXPANELFUNCS_GLOBAL, GFUSE_TRANSIENT));
   if (!xpf) return AFUNC_BADGLOBAL;
-  if (!master->form) {
-    master->form = xpf->create(LWXP_FORM, kControls);
-    xpf->describe(master->form, kData, nullptr, nullptr);
+  if (!form) {
+    form = xpf->create(LWXP_FORM, kControls);
+    xpf->describe(form, kData, nullptr, nullptr);
     LWXPanelHint hints[] = {XpLABEL(0, "CLI Form"), XpSTRLIST(0x8003, kStyles), XpEND};
-    xpf->hint(master->form, 0, hints);
-    FSETFLT(xpf, master->form, 0x8001, 0.25);
-    FSETINT(xpf, master->form, 0x8002, 0);
-    FSETINT(xpf, master->form, 0x8003, 1);
+    xpf->hint(form, 0, hints);
   }
   const auto system = static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(global(LWSYSTEMID_GLOBAL, 0)));
   const auto product = static_cast<unsigned int>(reinterpret_cast<std::uintptr_t>(global(LWPRODUCTINFO_GLOBAL, 0)));
   char host[64];
   std::snprintf(host, sizeof host, "%s %u.%u", (system & LWSYS_TYPEBITS) == LWSYS_MODELER ? "Modeler" : "Layout",
                 LWINF_GETMAJOR(product), LWINF_GETMINOR(product));
-  xpf->formSet(master->form, 0x8004, host);
-  face->panel = master->form;
+  xpf->formSet(form, 0x8004, host);
+  face->panel = form;
   return AFUNC_OK;
 }
 
@@ -102,7 +84,6 @@ LWError ClassicOptions(LWInstance) {
   panf->globalFun = g_global;
   LWPanelID panel = PAN_CREATE(panf, const_cast<char*>("CLI Classic"));
   if (!panel) return "the host made no panel";
-  BUTTON_CTL(panf, panel, const_cast<char*>("Reset Counts"));
   BUTTON_CTL(panf, panel, const_cast<char*>("Export"));
   panf->open(panel, PANF_BLOCKING | PANF_FRAME);
   PAN_KILL(panf, panel);
@@ -119,11 +100,8 @@ int ClassicInterface(int version, GlobalFunc*, void* local, void*) {
 
 // ---- cliBare ----
 
-int BareInterface(int version, GlobalFunc*, void*, void*) {
-  return version < LWINTERFACE_VERSION ? AFUNC_BADVERSION : AFUNC_OK;
-}
-
-int NeverActivated(int, GlobalFunc*, void*, void*) { return AFUNC_BADAPP; }
+// Also cliFilter's activation, which the panel command never calls.
+int BareInterface(int v, GlobalFunc*, void*, void*) { return v < LWINTERFACE_VERSION ? AFUNC_BADVERSION : AFUNC_OK; }
 
 // ---- cliProbe ----
 
@@ -136,22 +114,16 @@ struct Probe {
 int g_probes = 0;
 LWNodeOutputFuncs* g_outputs = nullptr;
 
-void Log(const Probe* probe, const char* format, double a = 0, double b = 0) {
+template <class... Values>
+void Log(const char* format, Values... values) {
   const char* path = std::getenv("CLI_PROBE_LOG");
-  if (!path) return;
-  if (FILE* log = std::fopen(path, "a")) {
-    std::fprintf(log, "%d ", probe->number);
-    std::fprintf(log, format, a, b);
-    std::fputc('\n', log);
+  if (FILE* log = path ? std::fopen(path, "a") : nullptr) {
+    std::fprintf(log, format, values...);
     std::fclose(log);
   }
 }
 
-LWInstance ProbeCreate(void*, void* context, LWError* error) {
-  if (!g_outputs) {
-    *error = "cliProbe: no NodeOutputFuncs";
-    return nullptr;
-  }
+LWInstance ProbeCreate(void*, void* context, LWError*) {
   auto* probe = new Probe;
   probe->number = ++g_probes;
   probe->colour = g_outputs->create(static_cast<NodeID>(context), NOT_COLOR, "Colour");
@@ -162,20 +134,19 @@ void ProbeDestroy(LWInstance instance) { delete static_cast<Probe*>(instance); }
 
 LWError ProbeInit(LWInstance instance, int mode) {
   auto* probe = static_cast<Probe*>(instance);
-  Log(probe, "init %.0f", mode);
+  Log("%d init %d\n", probe->number, mode);
   const char* fail = std::getenv("CLI_PROBE_FAIL_INIT");
   return fail && std::atoi(fail) == probe->number ? "cliProbe refuses to render" : nullptr;
 }
 
 LWError ProbeNewTime(LWInstance instance, LWFrame frame, LWTime time) {
-  Log(static_cast<Probe*>(instance), "newTime %.0f %g", frame, time);
+  Log("%d newTime %d %g\n", static_cast<Probe*>(instance)->number, frame, time);
   return nullptr;
 }
 
 void ProbeCleanup(LWInstance instance) {
   auto* probe = static_cast<Probe*>(instance);
-  Log(probe, "cleanup evaluations=%.0f", static_cast<double>(probe->evaluations));
-  probe->evaluations = 0;
+  Log("%d cleanup evaluations=%ld\n", probe->number, probe->evaluations);
 }
 
 void ProbeEvaluate(LWInstance instance, LWNodalAccess*, NodeOutputID output, NodeValue value) {
@@ -188,6 +159,7 @@ void ProbeEvaluate(LWInstance instance, LWNodalAccess*, NodeOutputID output, Nod
 int ProbeActivate(int version, GlobalFunc* global, void* local, void*) {
   if (version != LWNODECLASS_VERSION) return AFUNC_BADVERSION;
   g_outputs = static_cast<LWNodeOutputFuncs*>(global(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT));
+  if (!g_outputs) return AFUNC_BADGLOBAL;
   auto* handler = static_cast<LWNodeHandler*>(local);
   handler->inst->create = ProbeCreate;
   handler->inst->destroy = ProbeDestroy;
@@ -201,14 +173,13 @@ int ProbeActivate(int version, GlobalFunc* global, void* local, void*) {
 void* Startup() { return reinterpret_cast<void*>(4); }
 void Shutdown(void*) {}
 
-ServerTagInfo tags[] = {{"CLI Test Master", SRVTAG_USERNAME}, {nullptr, 0}};
-ServerTagInfo probeTags[] = {{"CLI Probe", SRVTAG_USERNAME}, {nullptr, 0}};
+ServerTagInfo tags[] = {{"CLI Test Server", SRVTAG_USERNAME}, {nullptr, 0}};
 ServerRecord servers[] = {
     {LWMASTER_HCLASS, "cliForm", ActivateHandler, tags},    {LWMASTER_ICLASS, "cliForm", FormInterface, tags},
     {LWMASTER_HCLASS, "cliClassic", ActivateHandler, tags}, {LWMASTER_ICLASS, "cliClassic", ClassicInterface, tags},
     {LWMASTER_HCLASS, "cliBare", ActivateHandler, tags},    {LWMASTER_ICLASS, "cliBare", BareInterface, tags},
-    {LWMASTER_HCLASS, "cliNoFace", ActivateHandler, tags},  {"ImageFilterHandler", "cliFilter", NeverActivated, tags},
-    {LWNODE_HCLASS, "cliProbe", ProbeActivate, probeTags},  {nullptr, nullptr, nullptr, nullptr}};
+    {LWMASTER_HCLASS, "cliNoFace", ActivateHandler, tags},  {"ImageFilterHandler", "cliFilter", BareInterface, tags},
+    {LWNODE_HCLASS, "cliProbe", ProbeActivate, tags},  {nullptr, nullptr, nullptr, nullptr}};
 
 }  // namespace
 

@@ -1,11 +1,15 @@
 #pragma once
 
-// Running the real lwhost binary from tests, and where its files go.
+// Running the real lwhost binary from tests, where its files go, and reading its pictures back.
 
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
+#include "lwhost/Raster.h"
 #include "support/ModulePaths.h"
 #include "support/RunCommand.h"
 
@@ -17,16 +21,15 @@ inline std::string ShellQuoted(const std::string& word) {
   return quoted + "'";
 }
 
-// Runs lwhost with these words (each passed as one argument), stdout and stderr together.
-// `environment` is prefixed as is, e.g. "VORN_MODULE=/x/vorn.p".
+// Runs lwhost with these words (each one argument), stdout and stderr together; `environment`
+// is prefixed as is, e.g. "VORN_MODULE=/x/vorn.p".
 inline CommandResult Lwhost(const std::vector<std::string>& args, const std::string& environment = "") {
-  std::string command = environment.empty() ? "" : environment + " ";
-  command += ShellQuoted(LWHOST_PATH);
+  std::string command = environment + " " + ShellQuoted(LWHOST_PATH);
   for (const std::string& a : args) command += " " + ShellQuoted(a);
   return RunCommand(command);
 }
 
-// A fresh path in the suite's output folder; any file left there by an earlier run is removed.
+// A fresh path in the suite's output folder: a file left there by an earlier run is removed.
 inline std::string OutputPath(const std::string& name) {
   const std::filesystem::path dir(CLI_TEST_OUTPUT_DIR);
   std::filesystem::create_directories(dir);
@@ -34,12 +37,23 @@ inline std::string OutputPath(const std::string& name) {
   return (dir / name).string();
 }
 
-inline bool Exists(const std::string& path) { return std::filesystem::exists(path); }
-
-inline int Lines(const std::string& text) {
-  int n = 0;
-  for (char c : text) n += c == '\n';
-  return n;
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
+
+// A small PNG as lwhost writes it: 8-bit RGB, one IDAT chunk holding one stored deflate block,
+// filter 0 on every row (the encoder's own tests hold it to that). Reading past it throws.
+struct Picture {
+  std::string png;
+
+  lwhost::RGB at(std::size_t x, std::size_t y) const {
+    auto byte = [&](std::size_t i) { return std::uint8_t(png.at(i)); };
+    const std::size_t width = std::size_t(byte(18)) << 8 | byte(19);  // from IHDR
+    // Past the chunk type, the zlib header, the block header and the row's filter byte.
+    const std::size_t p = png.find("IDAT") + 4 + 2 + 5 + y * (3 * width + 1) + 1 + 3 * x;
+    return {byte(p), byte(p + 1), byte(p + 2)};
+  }
+};
 
 }  // namespace cli
