@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "framework/BlockSplitter.h"
 #include "lwhost/Session.h"
 #include "lwhost/VParm.h"
 #include "support/ModulePaths.h"
+#include "support/SavedBlocks.h"
 
 namespace {
 
@@ -65,7 +65,7 @@ TEST_F(PersistenceTest, BlocksLoadInAnyOrderAndUnknownOnesAreSkipped) {
   customise(original);
   const std::string expected = describedAt(original, 0.25);
 
-  std::vector<std::string> text = SplitTextBlocks(original.instance().save(lwhost::IOMode::Ascii));
+  std::vector<std::string> text = Split(original.instance().save(lwhost::IOMode::Ascii), lwhost::IOMode::Ascii);
   ASSERT_EQ(text.size(), 5u);  // Count, Float, Percent, Colour, Nested
   std::reverse(text.begin(), text.end());
   text.insert(text.begin() + 2, "{ Stranger\n  Count 99\n  Float 1 2 3\n}\n");
@@ -74,7 +74,7 @@ TEST_F(PersistenceTest, BlocksLoadInAnyOrderAndUnknownOnesAreSkipped) {
   EXPECT_EQ(fromText.instance().load(lwhost::IOMode::Ascii, Join(text)), "");
   EXPECT_EQ(describedAt(fromText, 0.25), expected);
 
-  std::vector<std::string> binary = SplitBinaryBlocks(original.instance().save(lwhost::IOMode::Binary));
+  std::vector<std::string> binary = Split(original.instance().save(lwhost::IOMode::Binary), lwhost::IOMode::Binary);
   ASSERT_EQ(binary.size(), 5u);
   std::rotate(binary.begin(), binary.begin() + 2, binary.end());
   binary.insert(binary.begin() + 1, std::string("XTRA\0\4\0\0\0\1", 10));

@@ -7,6 +7,7 @@
 #include "lwhost/ChannelGroup.h"
 #include "lwhost/VParm.h"
 #include "materials/MaterialBlenderTest.h"
+#include "support/SavedBlocks.h"
 
 namespace materials {
 namespace {
@@ -18,35 +19,6 @@ using namespace std::string_literals;
 const int kModes[kChannels] = {Blend_Additive, Blend_Multiply, Blend_Screen, Blend_Difference, Blend_Blue};
 const double kOpacities[kChannels] = {0.1, 0.2, 0.3, 0.4, 0.5};
 
-// The top-level blocks of saved data. Text: a leaf is one line, a nested block runs from
-// "{ Token" to its "}". Binary: a 4-byte ID, a 16-bit big-endian size, the content.
-std::vector<std::string> Split(const std::string& data, IOMode mode) {
-  std::vector<std::string> blocks;
-  for (std::size_t at = 0, end = 0; at < data.size(); at = end) {
-    if (mode == IOMode::Binary) {
-      end = at + 6 + (static_cast<unsigned char>(data[at + 4]) << 8 | static_cast<unsigned char>(data[at + 5]));
-    } else {
-      for (int depth = 0; end == at || depth > 0; end = data.find('\n', end) + 1) {
-        const char first = data[data.find_first_not_of(' ', end)];
-        depth += (first == '{') - (first == '}');
-      }
-    }
-    blocks.push_back(data.substr(at, end - at));
-  }
-  return blocks;
-}
-
-// A nested block's content, and the block rebuilt around new content.
-std::string Inner(const std::string& block, IOMode mode) {
-  if (mode == IOMode::Binary) return block.substr(6);
-  const std::size_t start = block.find('\n') + 1;
-  return block.substr(start, block.rfind('}') - start);
-}
-std::string Rewrap(const std::string& block, const std::string& inner, IOMode mode) {
-  if (mode == IOMode::Binary)
-    return block.substr(0, 4) + static_cast<char>(inner.size() >> 8) + static_cast<char>(inner.size() & 0xFF) + inner;
-  return block.substr(0, block.find('\n') + 1) + inner + "}\n";
-}
 
 class MaterialStorage : public MaterialBlenderTest {
  protected:
