@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -20,36 +21,32 @@ class NodeEditorTest : public ::testing::Test {
   lwhost::ModuleFile module{NODE_TEST_MODULE_PATH};
   lwhost::NodeEditor editor{host};
   LWNodalAccess access = lwhost::MakeNodalAccess();
+  // The services' tables (the test module fetches them by name).
+  const LWNodeInputFuncs& inputs = *lwhost::NodeEditor::InputFuncsTable();
+  const LWNodeOutputFuncs& outputs = *lwhost::NodeEditor::OutputFuncsTable();
+  const LWNodeFuncs& nodeFuncs = *lwhost::NodeEditor::NodeFuncsTable();
 
   lwhost::PluginNode& addMix() { return editor.addPluginNode(module, "TestMix"); }
-  static MixInstance& mixOf(lwhost::PluginNode& node) {
-    return *static_cast<MixInstance*>(node.instance().get());
-  }
-  const LWNodeInputFuncs& inputs() {
-    return *static_cast<const LWNodeInputFuncs*>(host.globals().lookup(LWNODEINPUTFUNCS_GLOBAL, GFUSE_TRANSIENT));
-  }
-  const LWNodeOutputFuncs& outputs() {
-    return *static_cast<const LWNodeOutputFuncs*>(host.globals().lookup(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT));
-  }
-  const LWNodeFuncs& nodeFuncs() {
-    return *static_cast<const LWNodeFuncs*>(host.globals().lookup(LWNODEFUNCS_GLOBAL, GFUSE_TRANSIENT));
-  }
-  const LWNodeUtilityFuncs& utility() {
-    return *static_cast<const LWNodeUtilityFuncs*>(host.globals().lookup(LWNODEUTILITYFUNCS_GLOBAL, GFUSE_TRANSIENT));
-  }
-  // The instance's events since the last call, as (input name, event, type); userData checked.
+  static MixInstance& mixOf(lwhost::PluginNode& node) { return *static_cast<MixInstance*>(node.instance().get()); }
+
+  // The instance's input events since the last call.
   std::vector<std::string> takeEvents(lwhost::PluginNode& node) {
     MixInstance& mix = mixOf(node);
-    std::vector<std::string> seen;
-    for (int i = 0; i < mix.eventCount; ++i) {
-      const MixEvent& e = mix.events[i];
-      EXPECT_EQ(e.userData, &mix) << "user data of event " << i;
-      std::string name = "(gone)";
-      for (const auto& in : node.inputs())
-        if (in.get() == e.input) name = in->name();
-      seen.push_back(name + " " + std::to_string(e.event) + " " + std::to_string(e.type));
-    }
+    std::vector<std::string> seen(mix.events, mix.events + mix.eventCount);
     mix.eventCount = 0;
     return seen;
+  }
+  // An output's value as `type`, starting from `value`; evaluation must succeed.
+  template <class T>
+  T evaluated(lwhost::Node& node, const char* output, T value, ConnectionType type) {
+    EXPECT_TRUE(editor.evaluate(node, output, access, &value, type)) << output;
+    return value;
+  }
+  // The host's messages since the last call.
+  std::vector<std::string> takeMessages() {
+    std::vector<std::string> texts;
+    for (const lwhost::Message& m : host.messages().messages()) texts.push_back(m.first);
+    host.messages().clear();
+    return texts;
   }
 };

@@ -1,8 +1,5 @@
 // The node utility functions: Blend in every mode, and the mapping helpers.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include <array>
 
 #include "nodes/NodeTestSupport.h"
 
@@ -11,30 +8,22 @@ namespace {
 using ::testing::DoubleNear;
 using ::testing::ElementsAre;
 
-struct BlendCase {
-  int mode;
-  double effect[3];  // the blend at alpha 0, worked out by hand
-};
-
-void ExpectBlends(const LWNodeUtilityFuncs& utility, const double (&bgIn)[3], const double (&fgIn)[3],
-                  const BlendCase (&cases)[14]) {
-  for (const BlendCase& c : cases) {
-    SCOPED_TRACE("mode " + std::to_string(c.mode));
-    for (double alpha : {0.0, 0.5, 1.0}) {
-      double bg[3] = {bgIn[0], bgIn[1], bgIn[2]}, fg[3] = {fgIn[0], fgIn[1], fgIn[2]};
-      double result[3] = {-99, -99, -99};
-      utility.Blend(result, bg, fg, alpha, static_cast<BlendingMode>(c.mode));
-      for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(result[i], alpha * bg[i] + (1 - alpha) * c.effect[i], 1e-12)
-            << "alpha " << alpha << " channel " << i;
-    }
+// Blend gives alpha * bg + (1 - alpha) * the mode's effect (worked out by hand by the caller).
+void ExpectBlend(const LWNodeUtilityFuncs& u, std::array<double, 3> bg, std::array<double, 3> fg, int mode,
+                 const std::array<double, 3>& effect) {
+  for (double alpha : {0.0, 0.25}) {
+    double result[3] = {-99, -99, -99};
+    u.Blend(result, bg.data(), fg.data(), alpha, static_cast<BlendingMode>(mode));
+    for (int i = 0; i < 3; ++i)
+      EXPECT_NEAR(result[i], alpha * bg[i] + (1 - alpha) * effect[i], 1e-12)
+          << "mode " << mode << " alpha " << alpha << " channel " << i;
   }
 }
 
 TEST_F(NodeEditorTest, BlendModesMixBackgroundAndEffectByAlpha) {
-  // fg 1 and 0 hit the dodge and burn edges.
-  const double bg1[3] = {0.2, 0.5, 0.8}, fg1[3] = {0.6, 0.0, 1.0};
-  const BlendCase cases1[14] = {
+  const LWNodeUtilityFuncs& u = *lwhost::NodeEditor::UtilityFuncsTable();
+  const std::array<double, 3> bg = {0.2, 0.5, 0.8}, fg = {0.6, 0.0, 1.0};  // fg 0 and 1: dodge and burn edges
+  const std::pair<int, std::array<double, 3>> cases[] = {
       {Blend_Normal, {0.6, 0.0, 1.0}},         {Blend_Additive, {0.8, 0.5, 1.8}},
       {Blend_Subtractive, {-0.4, 0.5, -0.2}},  {Blend_Multiply, {0.12, 0.0, 0.8}},
       {Blend_Screen, {0.68, 0.5, 1.0}},        {Blend_Darken, {0.2, 0.0, 0.8}},
@@ -42,84 +31,48 @@ TEST_F(NodeEditorTest, BlendModesMixBackgroundAndEffectByAlpha) {
       {Blend_Negative, {0.8, 0.5, 0.2}},       {Blend_ColorDodge, {0.5, 0.5, 1.0}},
       {Blend_ColorBurn, {1 - 0.8 / 0.6, 0.0, 0.8}}, {Blend_Red, {0.6, 0.5, 0.8}},
       {Blend_Green, {0.2, 0.0, 0.8}},          {Blend_Blue, {0.2, 0.5, 1.0}},
+      {-1, {0.6, 0.0, 1.0}},                   {14, {0.6, 0.0, 1.0}},  // unknown: Normal
   };
-  ExpectBlends(utility(), bg1, fg1, cases1);
+  for (const auto& [mode, effect] : cases) ExpectBlend(u, bg, fg, mode, effect);
+  // fg beyond 1 and below 0: the dodge and burn edges from the other side.
+  ExpectBlend(u, {1.0, 0.0, 0.25}, {0.5, 1.5, -0.5}, Blend_ColorDodge, {2.0, 1.0, 0.25 / 1.5});
+  ExpectBlend(u, {1.0, 0.0, 0.25}, {0.5, 1.5, -0.5}, Blend_ColorBurn, {1.0, 1 - 1 / 1.5, 0.0});
 
-  // fg beyond 1 and below 0: the edges again, from the other side.
-  const double bg2[3] = {1.0, 0.0, 0.25}, fg2[3] = {0.5, 1.5, -0.5};
-  const BlendCase cases2[14] = {
-      {Blend_Normal, {0.5, 1.5, -0.5}},        {Blend_Additive, {1.5, 1.5, -0.25}},
-      {Blend_Subtractive, {0.5, -1.5, 0.75}},  {Blend_Multiply, {0.5, 0.0, -0.125}},
-      {Blend_Screen, {1.0, 1.5, -0.125}},      {Blend_Darken, {0.5, 0.0, -0.5}},
-      {Blend_Lighten, {1.0, 1.5, 0.25}},       {Blend_Difference, {0.5, 1.5, 0.75}},
-      {Blend_Negative, {0.5, 0.5, -0.25}},     {Blend_ColorDodge, {2.0, 1.0, 0.25 / 1.5}},
-      {Blend_ColorBurn, {1.0, 1 - 1 / 1.5, 0.0}}, {Blend_Red, {0.5, 0.0, 0.25}},
-      {Blend_Green, {1.0, 1.5, 0.25}},         {Blend_Blue, {1.0, 0.0, -0.5}},
-  };
-  ExpectBlends(utility(), bg2, fg2, cases2);
-}
-
-TEST_F(NodeEditorTest, BlendTreatsUnknownModesAsNormalAndMayWriteOverItsInput) {
-  for (int mode : {-1, 14, 99}) {
-    double bg[3] = {0.2, 0.4, 0.6}, fg[3] = {1.0, 0.0, 0.5}, result[3];
-    utility().Blend(result, bg, fg, 0.25, static_cast<BlendingMode>(mode));
-    EXPECT_THAT(result, ElementsAre(DoubleNear(0.8, 1e-12), DoubleNear(0.1, 1e-12), DoubleNear(0.525, 1e-12)))
-        << mode;
-  }
-  double bg[3] = {0.5, 0.5, 0.5}, fg[3] = {0.2, 0.4, 1.0};
-  utility().Blend(bg, bg, fg, 0.5, Blend_Multiply);  // the result replaces the background
-  EXPECT_THAT(bg, ElementsAre(DoubleNear(0.3, 1e-12), DoubleNear(0.35, 1e-12), DoubleNear(0.5, 1e-12)));
+  double in[3] = {0.5, 0.5, 0.5}, over[3] = {0.2, 0.4, 1.0};
+  u.Blend(in, in, over, 0.5, Blend_Multiply);  // the result may replace the background
+  EXPECT_THAT(in, ElementsAre(DoubleNear(0.3, 1e-12), DoubleNear(0.35, 1e-12), DoubleNear(0.5, 1e-12)));
 }
 
 TEST_F(NodeEditorTest, MappingsFollowTheirAxes) {
-  const LWNodeUtilityFuncs& u = utility();
-  double s = -1, t = -1;
-  double p[3] = {1, 2, 3};
-  u.PlanarMapping(p, 0, &s, &t);
-  EXPECT_THAT((std::vector<double>{s, t}), ElementsAre(3, 2));
-  u.PlanarMapping(p, 1, &s, &t);
-  EXPECT_THAT((std::vector<double>{s, t}), ElementsAre(1, 3));
-  u.PlanarMapping(p, 2, &s, &t);
-  EXPECT_THAT((std::vector<double>{s, t}), ElementsAre(1, 2));
+  const LWNodeUtilityFuncs& u = *lwhost::NodeEditor::UtilityFuncsTable();
+  auto mapped = [](auto map, std::array<double, 3> p, int axis) {
+    double s = -1, t = -1;
+    map(p.data(), axis, &s, &t);
+    return std::vector<double>{s, t};
+  };
+  auto near = [](double s, double t) { return ElementsAre(DoubleNear(s, 1e-12), DoubleNear(t, 1e-12)); };
+  EXPECT_THAT(mapped(u.PlanarMapping, {1, 2, 3}, 0), near(3, 2));
+  EXPECT_THAT(mapped(u.PlanarMapping, {1, 2, 3}, 1), near(1, 3));
+  EXPECT_THAT(mapped(u.PlanarMapping, {1, 2, 3}, 2), near(1, 2));
+  EXPECT_THAT(mapped(u.SphericalMapping, {1, 0, 0}, 1), near(0.25, 0.5));  // a quarter turn from +Z toward +X
+  EXPECT_THAT(mapped(u.SphericalMapping, {0, 5, 0}, 1), near(0, 1));
+  const double seam = mapped(u.SphericalMapping, {-1e-18, 0, 1}, 1)[0];
+  EXPECT_TRUE(seam >= 0.0 && seam < 1.0) << seam;
+  EXPECT_THAT(mapped(u.CylindricalMapping, {1, 4, 0}, 1), near(0.25, 4));
+  EXPECT_THAT(mapped(u.CubicMapping, {1, -5, 2}, 0), near(1, 2));  // planar along Y whatever the axis says
 
-  // Around Y: a quarter turn from +Z toward +X, on the equator; the seam stays inside [0, 1).
-  double side[3] = {1, 0, 0};
-  u.SphericalMapping(side, 1, &s, &t);
-  EXPECT_NEAR(s, 0.25, 1e-12);
-  EXPECT_NEAR(t, 0.5, 1e-12);
-  double top[3] = {0, 5, 0};
-  u.SphericalMapping(top, 1, &s, &t);
-  EXPECT_NEAR(t, 1.0, 1e-12);
-  double seam[3] = {-1e-18, 0, 1};
-  u.SphericalMapping(seam, 1, &s, &t);
-  EXPECT_GE(s, 0.0);
-  EXPECT_LT(s, 1.0);
-  double high[3] = {1, 4, 0};
-  u.CylindricalMapping(high, 1, &s, &t);
-  EXPECT_NEAR(s, 0.25, 1e-12);
-  EXPECT_EQ(t, 4);
-
-  double yMost[3] = {1, -5, 2};
-  u.CubicMapping(yMost, 0, &s, &t);  // planar along Y whatever the axis says
-  EXPECT_THAT((std::vector<double>{s, t}), ElementsAre(1, 2));
-
-  double ahead[3] = {1, 1, 2};
+  double ahead[3] = {1, 1, 2}, back[3] = {0, 0, -1}, s = -1, t = -1;
   u.FrontMapping(ahead, 2.0, &s, &t, nullptr);
-  EXPECT_NEAR(s, 0.625, 1e-12);
-  EXPECT_NEAR(t, 0.75, 1e-12);
-  double back[3] = {0, 0, -1};
+  EXPECT_THAT((std::vector<double>{s, t}), near(0.625, 0.75));
   u.ReflectionMapping(0.0, back, &s, &t);
-  EXPECT_NEAR(s, 0.5, 1e-12);
-  EXPECT_NEAR(t, 0.5, 1e-12);
-
-  s = t = 42;
-  EXPECT_EQ(u.UVMapping("Texture", &access, &s, &t), 0);
+  EXPECT_THAT((std::vector<double>{s, t}), near(0.5, 0.5));
+  s = 42;
+  EXPECT_EQ(u.UVMapping("Texture", &access, &s, &t), 0);  // no UV maps here
   EXPECT_EQ(s, 42);
-  double m[4][4];
+
+  double m[4][4], scale[3], position[3];
   u.BuildCameraMatrix(0.0, nullptr, m);
-  for (int i = 0; i < 4; ++i)
-    for (int j = 0; j < 4; ++j) EXPECT_EQ(m[i][j], i == j ? 1.0 : 0.0);
-  double scale[3], position[3];
+  for (int i = 0; i < 16; ++i) EXPECT_EQ(m[i / 4][i % 4], i % 5 == 0 ? 1.0 : 0.0) << i;
   u.NodeAutosize(nullptr, scale, position);
   EXPECT_THAT(scale, ElementsAre(1, 1, 1));
   EXPECT_THAT(position, ElementsAre(0, 0, 0));

@@ -20,21 +20,20 @@ class SceneTest : public ::testing::Test {
     return static_cast<T*>(host.globals().lookup(name, GFUSE_ACQUIRE));
   }
   LWItemInfo* itemInfo() { return global<LWItemInfo>("LW Item Info 3"); }
+  LWDirInfoFunc* dirInfo() { return reinterpret_cast<LWDirInfoFunc*>(global<void>(LWDIRINFOFUNC_GLOBAL)); }
 
   static LWItemID Id(unsigned int value) { return lwhost::itemid::FromValue(value); }
 
-  // Everything a plug-in sees of one type, walking first/next.
+  // Everything a plug-in sees of one type, walking first/next, or of an item's children.
   std::vector<LWItemID> walk(LWItemType type, LWItemID boneObject = LWITEM_NULL) {
     std::vector<LWItemID> out;
-    LWItemInfo* info = itemInfo();
-    for (LWItemID id = info->first(type, boneObject); id && out.size() < 1000; id = info->next(id))
+    for (LWItemID id = itemInfo()->first(type, boneObject); id && out.size() < 1000; id = itemInfo()->next(id))
       out.push_back(id);
     return out;
   }
   std::vector<LWItemID> children(LWItemID parent) {
     std::vector<LWItemID> out;
-    LWItemInfo* info = itemInfo();
-    for (LWItemID id = info->firstChild(parent); id && out.size() < 1000; id = info->nextChild(parent, id))
+    for (LWItemID id = itemInfo()->firstChild(parent); id && out.size() < 1000; id = itemInfo()->nextChild(parent, id))
       out.push_back(id);
     return out;
   }
