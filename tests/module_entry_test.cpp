@@ -43,6 +43,20 @@ TEST(ModuleEntry, StartupAndShutdownHooksRunEvenForANullArray) {
   EXPECT_EQ(request.result, 101);
 }
 
+TEST(ModuleEntry, RegistryOutlivesTheModulesStaticDestructors) {
+  lwhost::Host host;
+  int seen[2] = {0, 0};
+  host.globals().provide(FIXTURE_LATE_REGISTRATION, seen);
+  size_t records = 0;
+  {
+    FixtureProbe probe;
+    records = probe.module().records().size();
+    probe.run("hooks");
+  }
+  EXPECT_EQ(seen[0], static_cast<int>(records));
+  EXPECT_EQ(seen[1], static_cast<int>(records) + 1);
+}
+
 TEST(ModuleEntry, ActivationCapturesTheHostEachTime) {
   lwhost::Host host;
   {

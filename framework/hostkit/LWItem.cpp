@@ -20,11 +20,9 @@ const LWBlockIdent& kType = kItemBlocks[2];
 
 LWError LWItem::Save(const SaveState& state) {
   if (!LightWave::IsModeler()) {
-    // A cleared choice is stored under "(none)"; a vanished item keeps the name it had.
-    if (!id)
-      SetName("(none)");
-    else if (const char* current = info.Name(id))
-      SetName(current);
+    // A cleared choice is stored under "(none)"; an item the host no longer names loses its
+    // name, so that loading cannot re-find some other item under the stale one.
+    SetName(id ? info.Name(id) : "(none)");
   }
   if (!GetName().empty()) {
     state.beginBlock(kName, true);

@@ -8,7 +8,7 @@ LWPanel::~LWPanel() noexcept(false) {
 
 bool LWPanel::Create(const std::string& panelTitle) {
   if (!available()) return false;
-  if (owned && panel) getGlobal()->destroy(panel);
+  if (owned && panel) getGlobal()->destroy(panel);  // never leak the panel held before
   title = panelTitle;
   panel = getGlobal()->create(&title[0], nullptr);
   owned = panel != nullptr;

@@ -4,19 +4,20 @@
 
 namespace hostkit {
 
+// Never freed, so that a registration made during static destruction still finds its list.
 std::vector<ServerRecord>& LWServer::pluginList() {
-  static std::vector<ServerRecord> list;
-  return list;
+  static auto* list = new std::vector<ServerRecord>;
+  return *list;
 }
 
 std::vector<LWServer::Hook>& LWServer::startupList() {
-  static std::vector<Hook> list;
-  return list;
+  static auto* list = new std::vector<Hook>;
+  return *list;
 }
 
 std::vector<LWServer::Hook>& LWServer::shutdownList() {
-  static std::vector<Hook> list;
-  return list;
+  static auto* list = new std::vector<Hook>;
+  return *list;
 }
 
 void LWServer::AddPlugin(const char* className, const char* name, ActivateFunc* activate,

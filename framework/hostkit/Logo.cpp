@@ -14,6 +14,7 @@ namespace hostkit {
 
 namespace {
 
+// Deliberately the platform actually built for, not one fixed name.
 constexpr const char* Platform() {
 #if defined(__APPLE__)
   return "OSX";

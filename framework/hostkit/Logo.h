@@ -14,6 +14,7 @@ void clickURL(LWXPanelID panel, int cid);
 
 // "V1.4 (Linux-x86_64)": the version and the platform this file was built for.
 const char* LogoVersionText();
+// A fixed release date, deliberately not the build date, so rebuilt files draw the same logo.
 inline constexpr char kReleaseDate[] = "Nov 21 2026";
 
 // Hints every panel includes: the button's click handler, the logo's drawing function, a

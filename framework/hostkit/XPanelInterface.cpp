@@ -23,7 +23,7 @@ void XPanelInterface::CreateViewXPanel(LWXPanelControl* controls, LWXPanelDataDe
   const st_LWXPanelFuncs* xp = xpanelFuncs.getGlobal();
   panel = xp->create(LWXP_VIEW, controls);
   destroyNotify = notify;
-  if (!panel) return;
+  if (!panel) return;  // no panel: no view instance or user data to hand over
   xp->describe(panel, data, CB_DataGet, CB_DataSet);
   xp->viewInst(panel, this);
   xp->setData(panel, 0, this);

@@ -11,10 +11,14 @@ constexpr double kSextant = 1.0471975511965976;         // pi / 3
 constexpr double kSextantsPerRadian = 0.954929658551372;  // 3 / pi
 
 // Reduces to [0, 6] by whole turns. The upper end stays reachable: a hue that lands exactly on
-// 6 selects the last sextant, as it always has.
+// 6 selects the last sextant, as it always has. Huge values skip the loops but land where they
+// would: a positive whole number of turns ends on 6, not 0.
 double WrapSextant(double x) {
   if (!std::isfinite(x)) return 0.0;
-  if (std::fabs(x) > 1e6) x = std::fmod(x, 6.0);
+  if (std::fabs(x) > 1e6) {
+    const double turned = std::fmod(x, 6.0);
+    x = turned == 0.0 && x > 0.0 ? 6.0 : turned;
+  }
   while (x < 0.0) x += 6.0;
   while (x > 6.0) x -= 6.0;
   return x;
@@ -40,6 +44,7 @@ void CorrectColour(double c[3], const CorrectionSettings& s) {
     sat *= s.saturation;
 
     h += s.hue;
+    // Contrast 0 moves only V to 0.5; hue and saturation still apply, as the algorithm has it.
     const double v = s.contrast * (mx * s.brightness - 0.5) + 0.5;
     if (sat == 0.0) {
       c[0] = c[1] = c[2] = v;

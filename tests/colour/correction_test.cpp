@@ -117,6 +117,9 @@ TEST_F(CorrectorTest, HueFarOutsideATurnStillGivesAColour) {
     EXPECT_EQ(*std::max_element(out.begin(), out.end()), 1.0);
     EXPECT_EQ(*std::min_element(out.begin(), out.end()), 0.0);
   }
+  // 200000 whole turns: past the shortcut, yet it lands on 6 as the loops do (magenta).
+  editor.connect(editor.addScalar(1256637.0614359174), "Scalar", c.node, "Hue");
+  EXPECT_EQ(colourOut(c), (Colour{1, 0, 1}));
 }
 
 }  // namespace

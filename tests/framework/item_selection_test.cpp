@@ -14,6 +14,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 constexpr unsigned int kLight = 0x9000, kTree = 0x9001;
 
@@ -96,6 +97,13 @@ TEST_F(ItemSelectionTest, ChoiceIsFoundAgainByNameAfterIdsChange) {
   EXPECT_EQ(reloaded.instance().load(lwhost::IOMode::Ascii, saved), "");
   EXPECT_EQ(reloaded.instance().useItems(), std::vector<LWItemID>{key2});
 
+  // Two items of that name: the first in the host's order wins.
+  LWItemID twin = scene.addLight("Key");
+  lwhost::PluginNode& first = addNode();
+  EXPECT_EQ(first.instance().load(lwhost::IOMode::Ascii, saved), "");
+  EXPECT_EQ(first.instance().useItems(), std::vector<LWItemID>{key2});
+  scene.remove(twin);
+
   // Without an item of that name the stored number is kept.
   scene.rename(key2, "Gone");
   lwhost::PluginNode& orphan = addNode();
@@ -111,8 +119,8 @@ TEST_F(ItemSelectionTest, ChoiceIsFoundAgainByNameAfterIdsChange) {
   EXPECT_EQ(modelled.instance().description(), "Key 20000000");
 }
 
-TEST_F(ItemSelectionTest, EmptyChoiceIsSavedAsNone) {
-  scene.addLight("Key");
+TEST_F(ItemSelectionTest, EmptyOrVanishedChoiceIsSavedWithoutItsOldName) {
+  LWItemID key = scene.addLight("Key");
   lwhost::PluginNode& node = addNode();
   const std::string saved = node.instance().save(lwhost::IOMode::Ascii);
   EXPECT_THAT(saved, HasSubstr("Item \"(none)\""));
@@ -120,6 +128,13 @@ TEST_F(ItemSelectionTest, EmptyChoiceIsSavedAsNone) {
   lwhost::PluginNode& loaded = addNode();
   EXPECT_EQ(loaded.instance().load(lwhost::IOMode::Ascii, saved), "");
   EXPECT_EQ(loaded.instance().description(), "(none) 00000000");
+
+  // An item the host no longer names loses its name before saving; its number is kept.
+  ASSERT_TRUE(panelOf(node).choose(kLight, 1));
+  scene.remove(key);
+  const std::string stale = node.instance().save(lwhost::IOMode::Ascii);
+  EXPECT_THAT(stale, Not(HasSubstr("Item \"")));
+  EXPECT_THAT(stale, HasSubstr("ItemID 20000000"));
 }
 
 TEST_F(ItemSelectionTest, RenumberedItemsFollowThroughTheHost) {

@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Instructions per shading sample at each node's evaluate entry, counted by callgrind: exact and
+# repeatable, unlike nanoseconds on a shared machine. Each vorn node is set against the same
+# node written in plain C where there is one.
+#
+#   bench/instructions.sh BUILD_DIR [SAMPLES]
+set -euo pipefail
+build=${1:?usage: bench/instructions.sh BUILD_DIR [SAMPLES]}
+samples=${2:-2000}
+driver=$build/bench/sample_instructions
+vorn=$build/module/vorn.p
+plain=$build/bench/plain.p
+out=$(mktemp -d)
+trap 'rm -rf "$out"' EXIT
+
+# count NAME SETUP MODULE SERVER OUTPUT ENTRY: instructions per sample inside ENTRY and its callees.
+count() {
+  local name=$1 setup=$2 module=$3 server=$4 output=$5 entry=$6
+  valgrind --tool=callgrind --collect-atstart=no "--toggle-collect=$entry" \
+    --callgrind-out-file="$out/$name.%p" "$driver" "$setup" "$module" "$server" "$output" "$samples" \
+    >"$out/$name.log" 2>&1 || { cat "$out/$name.log" >&2; return 1; }
+  # The last dump holds only the counted samples (the counters were zeroed after a warm-up).
+  local file
+  file=$(ls "$out/$name".*.* 2>/dev/null | sort -V | tail -1)
+  awk -v n="$samples" '/^totals:/ {printf "%.1f", $2 / n; found = 1} END {if (!found) exit 1}' "$file"
+}
+
+adaptor() { echo "hostkit::NodeAdaptor<vorn::$1, *>::Evaluate*"; }
+
+row() {
+  local label=$1 vorn_count=$2 plain_count=${3:-}
+  if [ -n "$plain_count" ]; then
+    printf '%-36s %10s %10s %8s\n' "$label" "$vorn_count" "$plain_count" \
+      "$(awk -v a="$vorn_count" -v b="$plain_count" 'BEGIN {printf "%.3fx", a / b}')"
+  else
+    printf '%-36s %10s %10s %8s\n' "$label" "$vorn_count" "-" "-"
+  fi
+}
+
+printf '%-36s %10s %10s %8s\n' "instructions per sample" "vorn" "plain C" "ratio"
+row "Time Info: Time" \
+  "$(count time none "$vorn" vornTimeInfo Time "$(adaptor TimeInfo)")" \
+  "$(count plain-time none "$plain" plainTimeInfo Time PlainTimeInfo_Evaluate)"
+row "Simple Colour Corrector: Colour" \
+  "$(count corrector corrector "$vorn" SimpleColourCorrector Colour "$(adaptor SimpleCCNode)")"
+row "Material Blender: Material" \
+  "$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")"

@@ -1,0 +1,99 @@
+// One node of a module asked for one output SAMPLES times through the host's evaluation path,
+// for bench/instructions.sh to count under callgrind. The counters are zeroed after one warm-up
+// sample, so lazy symbol binding and first-touch costs stay out of the count.
+//
+//   sample_instructions SETUP MODULE SERVER OUTPUT SAMPLES
+//
+// SETUP is how the network is built: "none", "corrector" (a connected colour, brightness, hue
+// and saturation moved) or "blender" (two constant materials, every channel at half opacity).
+#include <lwnodes.h>
+#include <valgrind/callgrind.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <stdexcept>
+#include <string>
+
+#include "lwhost/NodalAccess.h"
+#include "lwhost/PluginNode.h"
+#include "lwhost/Session.h"
+#include "lwhost/XPanels.h"
+
+namespace {
+
+LWNodalMaterial Material(double base) {
+  LWNodalMaterial m;
+  std::memset(&m, 0, sizeof m);
+  for (int k = 0; k < 3; ++k) {
+    m.diffuse[k] = base + 0.1 * k;
+    m.specular[k] = base * 0.5 + 0.05 * k;
+    m.reflection[k] = base * 0.25;
+    m.refraction[k] = 1.0 - base;
+  }
+  m.transparency = base * 0.3;
+  return m;
+}
+
+lwhost::XPanel& PanelOf(lwhost::Session& session, lwhost::PluginNode& node) {
+  lwhost::XPanel* panel = session.xpanels().find(node.activateInterface().local.panel);
+  if (!panel) throw std::runtime_error("the node gave no panel");
+  return *panel;
+}
+
+void Require(bool ok, const char* what) {
+  if (!ok) throw std::runtime_error(what);
+}
+
+void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNode& node) {
+  lwhost::NodeEditor& editor = session.nodes();
+  if (setup == "corrector") {
+    editor.connect(editor.addColor(0.8, 0.4, 0.2), "Color", node, "Colour");
+    lwhost::XPanel& panel = PanelOf(session, node);
+    Require(panel.setNumber(0x9002, 0.8) && panel.setNumber(0x9004, 0.6) && panel.setNumber(0x9005, 0.5),
+            "the corrector's panel refused a value");
+  } else if (setup == "blender") {
+    editor.connect(editor.addMaterial(Material(0.6)), "Material", node, "Bg Material");
+    editor.connect(editor.addMaterial(Material(0.3)), "Material", node, "Fg Material");
+    lwhost::XPanel& panel = PanelOf(session, node);
+    const int modes[] = {Blend_Multiply, Blend_Screen, Blend_Additive, Blend_Normal, Blend_Difference};
+    for (unsigned int k = 0; k < 5; ++k)
+      Require(panel.setNumber(0x9000 + 2 * k, 0.5) && panel.setInteger(0x9001 + 2 * k, modes[k]),
+              "the blender's panel refused a value");
+  } else {
+    Require(setup == "none", "SETUP is none, corrector or blender");
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 6) {
+    std::fprintf(stderr, "usage: sample_instructions SETUP MODULE SERVER OUTPUT SAMPLES\n");
+    return 2;
+  }
+  try {
+    lwhost::Session session;
+    lwhost::PluginNode& node = session.nodes().addPluginNode(session.load(argv[2]), argv[3]);
+    SetUp(argv[1], session, node);
+    const std::string fault = node.newTime(48, 2.0);
+    Require(fault.empty(), "newTime failed");
+    lwhost::NodeOutput* output = node.output(argv[4]);
+    Require(output != nullptr, "no such output");
+    const long samples = std::strtol(argv[5], nullptr, 10);
+    Require(samples > 0, "SAMPLES must be a positive number");
+
+    LWNodalAccess access = lwhost::MakeNodalAccess();
+    alignas(LWNodalMaterial) unsigned char out[sizeof(LWNodalMaterial)] = {};
+    const lwhost::NodeEditor& editor = session.nodes();
+    Require(editor.evaluate(*output, access, out, output->type()), "the output gave no value");
+    CALLGRIND_ZERO_STATS;
+    for (long i = 0; i < samples; ++i) editor.evaluate(*output, access, out, output->type());
+    CALLGRIND_DUMP_STATS;
+    return 0;
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "sample_instructions: %s\n", e.what());
+    return 1;
+  }
+}
