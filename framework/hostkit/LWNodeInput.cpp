@@ -7,6 +7,7 @@ namespace hostkit {
 LWNodeInput::LWNodeInput(NodeID n, ConnectionType type, const char* name, NodeInputEvent* callback)
     : service(MakeNodeInputService()), node(n) {
   funcs = service->getGlobal();
+  evaluateInput = reinterpret_cast<decltype(evaluateInput)>(funcs->evaluate);
   input = funcs->create(node, type, name, callback);
   owned = 1;
 }

@@ -18,13 +18,16 @@ class LWNodeInput {
 
   // Evaluates the connected output into `value`; leaves it untouched and answers false when
   // nothing is connected. Safe on every render thread.
-  bool evaluate(LWNodalAccess* access, void* value) const { return funcs->evaluate(input, access, value) != 0; }
+  bool evaluate(LWNodalAccess* access, void* value) const { return evaluateInput(input, access, value) != 0; }
   bool connected() const { return funcs->check(input) != 0; }
 
+  // Side by side for the sample: the input and the host's evaluate, read once at construction
+  // (a C function: it never throws).
+  NodeInputID input;
+  int (*evaluateInput)(NodeInputID input, LWNodalAccess* access, void* value) noexcept;
   LWNodeInputFuncs* funcs;
   std::unique_ptr<GlobalBase<LWNodeInputFuncs>> service;
   NodeID node;
-  NodeInputID input;
   int owned = 0;
 };
 

@@ -4,6 +4,7 @@ namespace hostkit {
 
 LWNodeOutput::LWNodeOutput(NodeID n, ConnectionType type, const char* name) : node(n) {
   funcs = service.getGlobal();
+  set = reinterpret_cast<decltype(set)>(funcs->setValue);
   output = funcs->create(node, type, name);
   owned = 1;
 }

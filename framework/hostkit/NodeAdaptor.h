@@ -2,6 +2,8 @@
 
 #include <lwnodes.h>
 
+#include <utility>
+
 #include "hostkit/ExceptionGuard.h"
 #include "hostkit/InstanceAdaptor.h"
 #include "hostkit/ItemAdaptor.h"
@@ -29,10 +31,18 @@ struct NodeAdaptor {
     });
   }
 
+  // Per sample, T's own Evaluate is called directly (the host made a T). One declared noexcept
+  // cannot throw, so it needs no guard and the call becomes a jump.
   static void Evaluate(LWInstance instance, LWNodalAccess* access, NodeOutputID output, NodeValue value) {
-    Guarded(guard::NodeEvaluate, [&] {
-      if (instance) InstanceAdaptor<T>::Self(instance)->Evaluate(access, output, value);
-    });
+    if constexpr (noexcept(std::declval<T&>().T::Evaluate(access, output, value))) {
+      if (instance) InstanceAdaptor<T>::Self(instance)->T::Evaluate(access, output, value);
+    } else {
+      try {
+        if (instance) InstanceAdaptor<T>::Self(instance)->T::Evaluate(access, output, value);
+      } catch (const std::exception& e) {
+        ReportException(guard::NodeEvaluate, e);
+      }
+    }
   }
 
   static void CustomPreview(LWInstance instance, int width, int height) {

@@ -23,8 +23,9 @@ struct GlobalName<LWNodeUtilityFuncs> {
 // The host's node utilities; the blend function is the one nodes use.
 class LWNodeUtility : public GlobalBase<LWNodeUtilityFuncs> {
  public:
+  // Per sample: the shared pointer read directly, not through the virtual getGlobal.
   void Blend(LWDVector result, LWDVector bg, LWDVector fg, double alpha, BlendingMode mode) const {
-    getGlobal()->Blend(result, bg, fg, alpha, mode);
+    globPtr->Blend(result, bg, fg, alpha, mode);
   }
 };
 

@@ -86,7 +86,7 @@ LWError SimpleCCNode::NewTime(LWFrame frame, LWTime time) {
   return RenderHandler::NewTime(frame, time);
 }
 
-void SimpleCCNode::Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) {
+void SimpleCCNode::Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) noexcept {
   const SimpleColourCorrector& cc = *corrector;
   CorrectionSettings s;
   s.contrast = cc.Contrast->value[0];

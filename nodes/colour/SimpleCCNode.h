@@ -18,7 +18,7 @@ class SimpleCCNode : public hostkit::XPanelNodeHandler {
   SimpleCCNode& operator=(const SimpleCCNode& other);
 
   LWError NewTime(LWFrame frame, LWTime time) override;
-  void Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) override;
+  void Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) noexcept override;
 
   void* DataGet(unsigned int id) override;
   int DataSet(unsigned int id, void* value) override;

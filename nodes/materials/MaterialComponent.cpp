@@ -25,52 +25,6 @@ void MaterialComponent::Initialize(hostkit::NodeHandler& node, const std::string
                                              node.channelGroup(), 0.0);
 }
 
-double MaterialComponent::getOpacity(LWNodalAccess* access) const {
-  double value = opacity->value[0];
-  opacityInput->evaluate(access, &value);
-  return value;
-}
-
-int MaterialComponent::getMode(LWNodalAccess* access) const {
-  int value = mode;
-  modeInput->evaluate(access, &value);
-  return value;
-}
-
-int MaterialComponent::clampedMode(LWNodalAccess* access) const {
-  int m = getMode(access);
-  if (m < Blend_Normal) return Blend_Normal;
-  if (m > Blend_Blue) return Blend_Blue;
-  return m;
-}
-
-// The host's blend keeps `alpha` of the background, so the opacity goes in as its complement.
-void MaterialComponent::evaluate(LWNodalAccess* access, double* bg, double* fg, const hostkit::LWNodeInput* bgInput,
-                                 const hostkit::LWNodeInput* fgInput, double* result, double op) const {
-  bgInput->evaluate(access, bg);
-  if (op == 0.0) {
-    result[0] = bg[0];
-    result[1] = bg[1];
-    result[2] = bg[2];
-    return;
-  }
-  fgInput->evaluate(access, fg);
-  utility.Blend(result, bg, fg, 1.0 - op, static_cast<BlendingMode>(clampedMode(access)));
-}
-
-void MaterialComponent::evaluate(LWNodalAccess* access, double bg, double fg, const hostkit::LWNodeInput* bgInput,
-                                 const hostkit::LWNodeInput* fgInput, double* result, double op) const {
-  bgInput->evaluate(access, &bg);
-  if (op == 0.0) {
-    *result = bg;
-    return;
-  }
-  fgInput->evaluate(access, &fg);
-  LWDVector r = {*result, 0.0, 0.0}, b = {bg, 0.0, 0.0}, f = {fg, 0.0, 0.0};
-  utility.Blend(r, b, f, 1.0 - op, static_cast<BlendingMode>(clampedMode(access)));
-  *result = r[0];
-}
-
 void* MaterialComponent::OpacityGet() const { return opacityInput->connected() ? nullptr : opacity->id; }
 
 void* MaterialComponent::ModeGet() { return modeInput->connected() ? nullptr : &mode; }

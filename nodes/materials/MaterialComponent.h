@@ -25,16 +25,46 @@ class MaterialComponent : public hostkit::Storeable {
   // Creates the channel's opacity and mode inputs on `node`, then its opacity parameter.
   void Initialize(hostkit::NodeHandler& node, const std::string& channel);
 
-  double getOpacity(LWNodalAccess* access) const;
-  int getMode(LWNodalAccess* access) const;
+  // The per-sample functions are inline: the blender calls them for every channel of every spot.
+  double getOpacity(LWNodalAccess* access) const {
+    double value = opacity->value[0];
+    opacityInput->evaluate(access, &value);
+    return value;
+  }
+  int getMode(LWNodalAccess* access) const {
+    int value = mode;
+    modeInput->evaluate(access, &value);
+    return value;
+  }
 
   // Blends a colour channel: `bg` and `fg` come filled from the materials and may be replaced
-  // by the channel's own inputs.
+  // by the channel's own inputs. The host's blend keeps `alpha` of the background, so the
+  // opacity goes in as its complement.
   void evaluate(LWNodalAccess* access, double* bg, double* fg, const hostkit::LWNodeInput* bgInput,
-                const hostkit::LWNodeInput* fgInput, double* result, double opacity) const;
+                const hostkit::LWNodeInput* fgInput, double* result, double op) const {
+    bgInput->evaluate(access, bg);
+    if (op == 0.0) {
+      result[0] = bg[0];
+      result[1] = bg[1];
+      result[2] = bg[2];
+      return;
+    }
+    fgInput->evaluate(access, fg);
+    utility.Blend(result, bg, fg, 1.0 - op, static_cast<BlendingMode>(clampedMode(access)));
+  }
   // Blends the scalar channel.
   void evaluate(LWNodalAccess* access, double bg, double fg, const hostkit::LWNodeInput* bgInput,
-                const hostkit::LWNodeInput* fgInput, double* result, double opacity) const;
+                const hostkit::LWNodeInput* fgInput, double* result, double op) const {
+    bgInput->evaluate(access, &bg);
+    if (op == 0.0) {
+      *result = bg;
+      return;
+    }
+    fgInput->evaluate(access, &fg);
+    LWDVector r = {*result, 0.0, 0.0}, b = {bg, 0.0, 0.0}, f = {fg, 0.0, 0.0};
+    utility.Blend(r, b, f, 1.0 - op, static_cast<BlendingMode>(clampedMode(access)));
+    *result = r[0];
+  }
 
   // Panel values: null while the matching input is connected, so the control shows none.
   void* OpacityGet() const;
@@ -53,7 +83,10 @@ class MaterialComponent : public hostkit::Storeable {
   int mode = 0;
 
  private:
-  int clampedMode(LWNodalAccess* access) const;
+  int clampedMode(LWNodalAccess* access) const {
+    const int m = getMode(access);
+    return m < Blend_Normal ? Blend_Normal : m > Blend_Blue ? Blend_Blue : m;
+  }
 };
 
 }  // namespace vorn

@@ -103,8 +103,8 @@ bool MaterialMixer::anyUnconnected(const std::array<hostkit::LWNodeInput*, kChan
   return false;
 }
 
-void MaterialMixer::blendChannel(int k, LWNodalAccess* access, LWNodalMaterial& bg, LWNodalMaterial& fg,
-                                 LWNodalMaterial& result, double opacity) const {
+inline void MaterialMixer::blendChannel(int k, LWNodalAccess* access, LWNodalMaterial& bg, LWNodalMaterial& fg,
+                                        LWNodalMaterial& result, double opacity) const noexcept {
   if (k == kTransparency)
     components[k].evaluate(access, bg.transparency, fg.transparency, bgChannel_[k], fgChannel_[k],
                            &result.transparency, opacity);
@@ -113,7 +113,7 @@ void MaterialMixer::blendChannel(int k, LWNodalAccess* access, LWNodalMaterial& 
                            ColourChannel(result, k), opacity);
 }
 
-void MaterialMixer::Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) {
+void MaterialMixer::Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) noexcept {
   LWNodalMaterial bg, fg, result;
   std::memset(&bg, 0, sizeof bg);
   std::memset(&fg, 0, sizeof fg);

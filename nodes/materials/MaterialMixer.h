@@ -18,7 +18,7 @@ class MaterialMixer : public hostkit::XPanelNodeHandler {
   MaterialMixer(void* priv, void* context, LWError* err);
   MaterialMixer& operator=(const MaterialMixer& other);
 
-  void Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) override;
+  void Evaluate(LWNodalAccess* access, NodeOutputID output, NodeValue value) noexcept override;
   LWError NewTime(LWFrame frame, LWTime time) override;
   unsigned int Flags() override { return NF_TRANSP; }
 
@@ -34,7 +34,7 @@ class MaterialMixer : public hostkit::XPanelNodeHandler {
  private:
   // Blends channel k of the records into `result`.
   void blendChannel(int k, LWNodalAccess* access, LWNodalMaterial& bg, LWNodalMaterial& fg,
-                    LWNodalMaterial& result, double opacity) const;
+                    LWNodalMaterial& result, double opacity) const noexcept;
   bool anyUnconnected(const std::array<hostkit::LWNodeInput*, kChannels>& inputs) const;
 
   hostkit::LWNodeOutput* materialOut_ = nullptr;

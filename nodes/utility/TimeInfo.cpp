@@ -15,34 +15,28 @@ TimeInfo::TimeInfo(void*, void* context, LWError*) : XPanelNodeHandler(context) 
   timeOut_ = addOutput(NOT_SCALAR, "Time");
   frameOut_ = addOutput(NOT_INTEGER, "Frame");
   fpsOut_ = addOutput(NOT_SCALAR, "Frames per Second");
+  timeId_ = timeOut_->output;
+  frameId_ = frameOut_->output;
+  fpsId_ = fpsOut_->output;
   setColour(11, 8, 51);
 }
 
 TimeInfo& TimeInfo::operator=(const TimeInfo& other) {
-  time = other.time;
-  frame = other.frame;
+  time = now_ = other.now_;
+  frame = frameNumber_ = other.frameNumber_;
   fps = other.fps;
   return *this;
 }
 
 LWError TimeInfo::NewTime(LWFrame f, LWTime t) {
-  time = t;
-  frame = f;
+  time = now_ = t;
+  frame = frameNumber_ = f;
   if (!hostkit::LightWave::IsModeler()) {
     // Held only for this read: the scene's rate cannot change during a render pass.
     hostkit::SceneInfo scene;
     if (scene.available()) fps = scene.getGlobal()->framesPerSecond;
   }
   return nullptr;
-}
-
-void TimeInfo::Evaluate(LWNodalAccess*, NodeOutputID output, NodeValue value) {
-  if (timeOut_->is(output))
-    timeOut_->setValue(value, time);
-  else if (frameOut_->is(output))
-    frameOut_->setValue(value, frame);
-  else if (fpsOut_->is(output))
-    fpsOut_->setValue(value, fps);
 }
 
 int TimeInfo::Interface(int, LWInterface* local, void*) {
