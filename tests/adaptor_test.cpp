@@ -4,6 +4,8 @@
 #include <lwmaster.h>
 #include <lwnodes.h>
 
+#include <cstring>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -125,6 +127,39 @@ TEST_F(AdaptorTest, StandardExceptionsBecomeOneMessageAndANeutralResult) {
   raw.inst.destroy(node);
   expectOneError("An exception occured in Instance::Destroy():", "destroy failed");
   EXPECT_EQ(live(), before);
+}
+
+// A host whose look-up throws part-way through an activation: each activation reports it under
+// its own text and refuses.
+void* ThrowingLookup(const char* name, int use) {
+  if (std::strcmp(name, "System ID") == 0) throw std::runtime_error("lookup failed");
+  return lwhost::Host::lookupFunction()(name, use);
+}
+
+TEST_F(AdaptorTest, ActivationsReportTheirOwnFailures) {
+  probe.run("hooks");  // the message service is held from here on
+  struct Case {
+    const char* hostClass;
+    const char* server;
+    int version;
+    const char* text;
+  };
+  const Case cases[] = {
+      {LWNODE_HCLASS, "fixtureStdThrower", 2, "An exception occured in NodeHandler::Activate():"},
+      {LWMASTER_HCLASS, "fixtureMaster", 4, "An exception occured in MasterAdaptor::Activate():"},
+      {LWNODE_ICLASS, "fixtureItemRef", 4, "An exception occured in Xpanel::Interface():"},
+      {LWMASTER_ICLASS, "fixtureClassic", 4, "An exception occured in LWPanel::Activate():"}};
+  for (const Case& c : cases) {
+    RawMasterHandler tables;  // big enough for every record; its pointers stay unused
+    LWInterface local{};
+    void* record = std::strcmp(c.hostClass, LWNODE_ICLASS) == 0 || std::strcmp(c.hostClass, LWMASTER_ICLASS) == 0
+                       ? static_cast<void*>(&local)
+                       : static_cast<void*>(&tables.handler);
+    EXPECT_EQ(module.require(c.hostClass, c.server).activate(c.version, ThrowingLookup, record, module.serverData()),
+              AFUNC_BADAPP)
+        << c.server;
+    expectOneError(c.text, "lookup failed");
+  }
 }
 
 TEST_F(AdaptorTest, OtherExceptionsPassThroughUnreported) {

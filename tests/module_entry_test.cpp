@@ -1,6 +1,7 @@
 // The module descriptor, startup/shutdown and the capture of the host, through the real file.
 #include <gtest/gtest.h>
 #include <lwmodule.h>
+#include <sched.h>
 
 #include "lwhost/Host.h"
 #include "lwhost/ModuleFile.h"
@@ -78,6 +79,31 @@ TEST(ModuleEntry, ActivationCapturesTheHostEachTime) {
     EXPECT_EQ(probe.run("gate").result, 0);
     host.setVersion(9, 2);
     EXPECT_EQ(probe.run("gate").result, 1);
+
+    // The latest lookup function wins: services taken later go through it.
+    static int viaSecond;
+    viaSecond = 0;
+    GlobalFunc* second = [](const char* name, int use) -> void* {
+      viaSecond += use == GFUSE_ACQUIRE;
+      return lwhost::Host::lookupFunction()(name, use);
+    };
+    ProbeRequest request{"input-service", 0, -1, nullptr};
+    ASSERT_EQ(probe.record().activate(1, second, &request, probe.module().serverData()), AFUNC_OK);
+    EXPECT_EQ(viaSecond, 1);  // the input service
+
+    // The processor count is what this thread may run on.
+    cpu_set_t all, one;
+    ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+    CPU_ZERO(&one);
+    for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu)
+      if (CPU_ISSET(cpu, &all)) {
+        CPU_SET(cpu, &one);
+        break;
+      }
+    ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+    EXPECT_EQ(probe.run("cores").result, 1);
+    ASSERT_EQ(sched_setaffinity(0, sizeof all, &all), 0);
+    EXPECT_EQ(probe.run("cores").result, CPU_COUNT(&all));
   }
   // Unloading the module releases the message service.
   EXPECT_EQ(host.globals().counts("Info Messages 2").release, 1);

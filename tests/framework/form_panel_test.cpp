@@ -121,6 +121,15 @@ TEST_F(FormPanelTest, CallbacksWithoutAnInstanceDoNothing) {
   EXPECT_EQ(panel.lastSetResult(), 0);
   panel.setInstance(instance);
   EXPECT_EQ(panel.value(diffuseMode).integer[0], 0);  // the node never saw the edit
+
+  // Dragging only updates the node's preview; a committed value re-evaluates the node instead.
+  session.host().clearInstanceUpdates();
+  ASSERT_TRUE(panel.notify(diffuseMode, lwhost::XPanel::kTrack));
+  EXPECT_EQ(node.previewUpdates(), 1);
+  EXPECT_TRUE(session.host().instanceUpdates().empty());
+  ASSERT_TRUE(panel.setInteger(diffuseMode, 3));
+  EXPECT_EQ(node.previewUpdates(), 1);
+  EXPECT_EQ(session.host().instanceUpdates().size(), 1u);
 }
 
 // A stand-in browser launcher: it waits for the test's word before answering, so a click that

@@ -85,8 +85,10 @@ TEST_F(PersistenceTest, BlocksLoadInAnyOrderAndUnknownOnesAreSkipped) {
 
 TEST_F(PersistenceTest, NoBlocksLeaveEveryDefault) {
   lwhost::PluginNode& fresh = addParams();
+  // A parameter made from one number holds it on all three channels until the host fills them.
+  EXPECT_EQ(fresh.instance().description().rfind("count=3 float=1.5,1.5,1.5 ", 0), 0u);
   const std::string defaults = describedAt(fresh, 0.0);
-  EXPECT_EQ(defaults, "count=3 float=1.5 percent=0.25 colour=0.1,0.2,0.3 sub=0.5,7");
+  EXPECT_EQ(defaults, "count=3 float=1.5,0,0 percent=0.25 colour=0.1,0.2,0.3 sub=0.5,7");
   for (lwhost::IOMode mode : {lwhost::IOMode::Ascii, lwhost::IOMode::Binary}) {
     lwhost::PluginNode& loaded = addParams();
     EXPECT_EQ(loaded.instance().load(mode, ""), "");

@@ -130,6 +130,45 @@ TEST_F(MaterialBlenderTest, ConnectedChannelInputsTakeThePlaceOfTheMaterials) {
   EXPECT_EQ(colour(node, "Specular"), ChannelOf(kFg, 1));
   EXPECT_EQ(bgDiffuse.evaluations() + none.evaluations(), 0u);
   EXPECT_EQ(colour(node, "Diffuse"), (Colour{0.9, 0.05, 0.5}));
+
+  // With every channel input connected, the whole material needs neither material.
+  for (int k = 1; k < kTransparency; ++k) {
+    editor.connect(editor.addColor(0.1, 0.2, 0.3), "Color", node, std::string("Bg ") + kChannel[k]);
+    editor.connect(editor.addColor(0.1, 0.2, 0.3), "Color", node, std::string("Fg ") + kChannel[k]);
+  }
+  editor.connect(editor.addColor(0.1, 0.2, 0.3), "Color", node, "Fg Diffuse");
+  editor.connect(editor.addScalar(0.5), "Scalar", node, "Fg Transparency");
+  bg.resetEvaluations();
+  fg.resetEvaluations();
+  material(node);
+  EXPECT_EQ(bg.evaluations() + fg.evaluations(), 0u);
+
+  // Removed, the fully built node lets go of every service it took (its holders share one
+  // count, released once; the module keeps only its message service) and of the nodes that fed it.
+  node.activateInterface();
+  editor.removeNode(node);
+  for (const std::string& name : session.host().globals().namesAsked()) {
+    const lwhost::LookupCounts c = session.host().globals().counts(name);
+    if (c.acquire > 0 && name != "Info Messages 2") EXPECT_EQ(c.release, 1) << name;
+  }
+  EXPECT_TRUE(bg.outputs()[0]->targets().empty());
+}
+
+// Deciding whether the background is needed reads the modes in channel order and stops at the
+// first that is not Normal.
+TEST_F(MaterialBlenderTest, ModesAreReadOnlyUntilOneIsNotNormal) {
+  lwhost::PluginNode& node = addBlender();
+  feed(node, "Bg Material", kBg);
+  lwhost::Node& diffuse = editor.addInteger(Blend_Normal);
+  lwhost::Node& specular = editor.addInteger(Blend_Multiply);
+  lwhost::Node& reflection = editor.addInteger(Blend_Screen);
+  editor.connect(diffuse, "Integer", node, "Diffuse Mode");
+  editor.connect(specular, "Integer", node, "Specular Mode");
+  editor.connect(reflection, "Integer", node, "Reflection Mode");
+  material(node);
+  EXPECT_EQ(diffuse.evaluations(), 1u);
+  EXPECT_EQ(specular.evaluations(), 1u);
+  EXPECT_EQ(reflection.evaluations(), 0u);
 }
 
 TEST_F(MaterialBlenderTest, ModesOutsideTheHostsRangeAreClampedAtBlendTime) {
