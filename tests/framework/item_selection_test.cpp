@@ -16,7 +16,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr unsigned int kLight = 0x9000, kTree = 0x9001;
+constexpr unsigned int kLight = 0x9000, kTree = 0x9001, kObjects = 0x9002, kCameras = 0x9003, kBones = 0x9004,
+                       kZoom = 0x9005;
 
 class ItemSelectionTest : public ::testing::Test {
  protected:
@@ -70,6 +71,19 @@ TEST_F(ItemSelectionTest, HierarchyIsIndentedWithIconsOnlyInLayout) {
   };
   EXPECT_THAT(panel.popupEntries(kTree),
               ElementsAre(label(10, lamp, "Lamp"), label(20, bulb, "Bulb"), label(0, sun, "Sun")));
+  // Each type has its icon; bones are reached through their objects.
+  LWItemID cam = scene.find("Cam"), bone = scene.addBone("Bone", box);
+  node.activateInterface();  // rebuilds the lists
+  auto icon = [&](int indent, const char* code, LWItemID id, const char* name) {
+    return " \x03(g:" + std::to_string(indent) + ")\x03(i:" + code + ", " + std::to_string(colourOf(id)) + ")" + name;
+  };
+  EXPECT_THAT(panel.popupEntries(kObjects), ElementsAre(icon(0, "160", box, "Box")));
+  EXPECT_THAT(panel.popupEntries(kCameras), ElementsAre(icon(0, "162", cam, "Cam")));
+  EXPECT_THAT(panel.popupEntries(kBones), ElementsAre(icon(10, "161", bone, "Bone")));
+
+  // A click in the thumbnail reaches the node's zoom handler, found under the control's id.
+  ASSERT_TRUE(panel.zoom(kZoom, 12, 30, 2));
+  EXPECT_EQ(node.instance().description(), "zoom 9005 12,30 2");
 
   // A render node lists the same hierarchy without icons.
   session.host().actAs(lwhost::Application::ScreamerNet);
