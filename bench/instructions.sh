@@ -17,8 +17,9 @@ trap 'rm -rf "$out"' EXIT
 count() {
   local name=$1 setup=$2 module=$3 server=$4 output=$5 entry=$6
   valgrind --tool=callgrind --collect-atstart=no "--toggle-collect=$entry" \
-    --callgrind-out-file="$out/$name.%p" "$driver" "$setup" "$module" "$server" "$output" "$samples" \
-    >"$out/$name.log" 2>&1 || { cat "$out/$name.log" >&2; return 1; }
+    --callgrind-out-file="$out/$name.%p" --log-file="$out/$name.log" \
+    "$driver" "$setup" "$module" "$server" "$output" "$samples" >"$out/$name.value" \
+    || { cat "$out/$name.log" >&2; return 1; }
   # The last dump holds only the counted samples (the counters were zeroed after a warm-up).
   local file
   file=$(ls "$out/$name".*.* 2>/dev/null | sort -V | tail -1)
@@ -26,6 +27,12 @@ count() {
 }
 
 adaptor() { echo "hostkit::NodeAdaptor<vorn::$1, *>::Evaluate*"; }
+
+# same NAME PLAIN_NAME: both nodes gave the same first value, else the comparison is void.
+same() {
+  cmp -s "$out/$1.value" "$out/$2.value" ||
+    { echo "instructions.sh: $1 and $2 disagree: $(cat "$out/$1.value") vs $(cat "$out/$2.value")" >&2; exit 1; }
+}
 
 row() {
   local label=$1 vorn_count=$2 plain_count=${3:-}
@@ -37,11 +44,15 @@ row() {
   fi
 }
 
+time_vorn=$(count time none "$vorn" vornTimeInfo Time "$(adaptor TimeInfo)")
+time_plain=$(count plain-time none "$plain" plainTimeInfo Time PlainTimeInfo_Evaluate)
+same time plain-time
+cc_vorn=$(count corrector corrector "$vorn" SimpleColourCorrector Colour "$(adaptor SimpleCCNode)")
+cc_plain=$(count plain-corrector colour "$plain" plainColourCorrector Colour PlainCorrector_Evaluate)
+same corrector plain-corrector
+blend_vorn=$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")
+
 printf '%-36s %10s %10s %8s\n' "instructions per sample" "vorn" "plain C" "ratio"
-row "Time Info: Time" \
-  "$(count time none "$vorn" vornTimeInfo Time "$(adaptor TimeInfo)")" \
-  "$(count plain-time none "$plain" plainTimeInfo Time PlainTimeInfo_Evaluate)"
-row "Simple Colour Corrector: Colour" \
-  "$(count corrector corrector "$vorn" SimpleColourCorrector Colour "$(adaptor SimpleCCNode)")"
-row "Material Blender: Material" \
-  "$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")"
+row "Time Info: Time" "$time_vorn" "$time_plain"
+row "Simple Colour Corrector: Colour" "$cc_vorn" "$cc_plain"
+row "Material Blender: Material" "$blend_vorn"

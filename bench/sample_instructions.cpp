@@ -4,8 +4,10 @@
 //
 //   sample_instructions SETUP MODULE SERVER OUTPUT SAMPLES
 //
-// SETUP is how the network is built: "none", "corrector" (a connected colour, brightness, hue
-// and saturation moved) or "blender" (two constant materials, every channel at half opacity).
+// SETUP is how the network is built: "none", "colour" (a connected colour), "corrector" (that,
+// with brightness, hue and saturation moved in the form) or "blender" (two constant materials,
+// every channel at half opacity). The first sample's value is printed, so that a node and its
+// reference can be seen to agree.
 #include <lwnodes.h>
 #include <valgrind/callgrind.h>
 
@@ -48,7 +50,9 @@ void Require(bool ok, const char* what) {
 
 void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNode& node) {
   lwhost::NodeEditor& editor = session.nodes();
-  if (setup == "corrector") {
+  if (setup == "colour") {
+    editor.connect(editor.addColor(0.8, 0.4, 0.2), "Color", node, "Colour");
+  } else if (setup == "corrector") {
     editor.connect(editor.addColor(0.8, 0.4, 0.2), "Color", node, "Colour");
     lwhost::XPanel& panel = PanelOf(session, node);
     Require(panel.setNumber(0x9002, 0.8) && panel.setNumber(0x9004, 0.6) && panel.setNumber(0x9005, 0.5),
@@ -62,7 +66,7 @@ void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNod
       Require(panel.setNumber(0x9000 + 2 * k, 0.5) && panel.setInteger(0x9001 + 2 * k, modes[k]),
               "the blender's panel refused a value");
   } else {
-    Require(setup == "none", "SETUP is none, corrector or blender");
+    Require(setup == "none", "SETUP is none, colour, corrector or blender");
   }
 }
 
@@ -88,6 +92,13 @@ int main(int argc, char** argv) {
     alignas(LWNodalMaterial) unsigned char out[sizeof(LWNodalMaterial)] = {};
     const lwhost::NodeEditor& editor = session.nodes();
     Require(editor.evaluate(*output, access, out, output->type()), "the output gave no value");
+    const double* d = reinterpret_cast<const double*>(out);
+    if (output->type() == NOT_INTEGER)
+      std::printf("%d\n", *reinterpret_cast<const int*>(out));
+    else
+      std::printf("%.17g %.17g %.17g\n", d[0], output->type() == NOT_SCALAR ? 0.0 : d[1],
+                  output->type() == NOT_SCALAR ? 0.0 : d[2]);
+    std::fflush(stdout);
     CALLGRIND_ZERO_STATS;
     for (long i = 0; i < samples; ++i) editor.evaluate(*output, access, out, output->type());
     CALLGRIND_DUMP_STATS;

@@ -87,10 +87,4 @@ static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
 }
 
 static ServerTagInfo tags[] = {{"Plain Time Info", SRVTAG_USERNAME}, {NULL, 0}};
-static ServerRecord records[] = {{LWNODE_HCLASS, "plainTimeInfo", Activate, tags}, {NULL, NULL, NULL, NULL}};
-
-static void *Startup(void) { return records; }
-static void Shutdown(void *serverData) { (void)serverData; }
-
-__attribute__((visibility("default"))) ModuleDescriptor _mod_descrip = {MOD_SYSSYNC, MOD_SYSVER, MOD_MACHINE,
-                                                                          Startup, Shutdown, records};
+const ServerRecord plainTimeInfoRecord = {LWNODE_HCLASS, "plainTimeInfo", Activate, tags};
