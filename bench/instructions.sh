@@ -51,8 +51,10 @@ cc_vorn=$(count corrector corrector "$vorn" SimpleColourCorrector Colour "$(adap
 cc_plain=$(count plain-corrector colour "$plain" plainColourCorrector Colour PlainCorrector_Evaluate)
 same corrector plain-corrector
 blend_vorn=$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")
+blend_plain=$(count plain-blender materials "$plain" plainMaterialBlender Material PlainBlender_Evaluate)
+same blender plain-blender
 
 printf '%-36s %10s %10s %8s\n' "instructions per sample" "vorn" "plain C" "ratio"
 row "Time Info: Time" "$time_vorn" "$time_plain"
 row "Simple Colour Corrector: Colour" "$cc_vorn" "$cc_plain"
-row "Material Blender: Material" "$blend_vorn"
+row "Material Blender: Material" "$blend_vorn" "$blend_plain"

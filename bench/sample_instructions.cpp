@@ -5,8 +5,8 @@
 //   sample_instructions SETUP MODULE SERVER OUTPUT SAMPLES
 //
 // SETUP is how the network is built: "none", "colour" (a connected colour), "corrector" (that,
-// with brightness, hue and saturation moved in the form) or "blender" (two constant materials,
-// every channel at half opacity). The first sample's value is printed, so that a node and its
+// with brightness, hue and saturation moved in the form), "materials" (two constant materials)
+// or "blender" (those, every channel at half opacity in the form). The first sample's value is printed, so that a node and its
 // reference can be seen to agree.
 #include <lwnodes.h>
 #include <valgrind/callgrind.h>
@@ -57,16 +57,17 @@ void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNod
     lwhost::XPanel& panel = PanelOf(session, node);
     Require(panel.setNumber(0x9002, 0.8) && panel.setNumber(0x9004, 0.6) && panel.setNumber(0x9005, 0.5),
             "the corrector's panel refused a value");
-  } else if (setup == "blender") {
+  } else if (setup == "materials" || setup == "blender") {
     editor.connect(editor.addMaterial(Material(0.6)), "Material", node, "Bg Material");
     editor.connect(editor.addMaterial(Material(0.3)), "Material", node, "Fg Material");
+    if (setup == "materials") return;
     lwhost::XPanel& panel = PanelOf(session, node);
     const int modes[] = {Blend_Multiply, Blend_Screen, Blend_Additive, Blend_Normal, Blend_Difference};
     for (unsigned int k = 0; k < 5; ++k)
       Require(panel.setNumber(0x9000 + 2 * k, 0.5) && panel.setInteger(0x9001 + 2 * k, modes[k]),
               "the blender's panel refused a value");
   } else {
-    Require(setup == "none", "SETUP is none, colour, corrector or blender");
+    Require(setup == "none", "SETUP is none, colour, corrector, materials or blender");
   }
 }
 
@@ -93,7 +94,9 @@ int main(int argc, char** argv) {
     const lwhost::NodeEditor& editor = session.nodes();
     Require(editor.evaluate(*output, access, out, output->type()), "the output gave no value");
     const double* d = reinterpret_cast<const double*>(out);
-    if (output->type() == NOT_INTEGER)
+    if (output->type() == NOT_MATERIAL)
+      for (int k = 0; k < 13; ++k) std::printf(k < 12 ? "%.17g " : "%.17g\n", d[k]);
+    else if (output->type() == NOT_INTEGER)
       std::printf("%d\n", *reinterpret_cast<const int*>(out));
     else
       std::printf("%.17g %.17g %.17g\n", d[0], output->type() == NOT_SCALAR ? 0.0 : d[1],

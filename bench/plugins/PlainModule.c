@@ -2,13 +2,14 @@
 #include <lwmodule.h>
 #include <lwserver.h>
 
-extern const ServerRecord plainTimeInfoRecord, plainCorrectorRecord;
+extern const ServerRecord plainTimeInfoRecord, plainCorrectorRecord, plainBlenderRecord;
 
-static ServerRecord records[3];
+static ServerRecord records[4];
 
 static void *Startup(void) {
   records[0] = plainTimeInfoRecord;
   records[1] = plainCorrectorRecord;
+  records[2] = plainBlenderRecord;
   return records;
 }
 static void Shutdown(void *serverData) { (void)serverData; }

@@ -1,5 +1,6 @@
 #include "nodes/materials/MaterialMixer.h"
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 
@@ -60,13 +61,12 @@ LWXPanelHint* Hints() {
   return hints;
 }
 
+// The four colours lie back to back in the record, so channel k is found without a branch.
+static_assert(offsetof(LWNodalMaterial, specular) == offsetof(LWNodalMaterial, diffuse) + 3 * sizeof(double) &&
+              offsetof(LWNodalMaterial, reflection) == offsetof(LWNodalMaterial, diffuse) + 6 * sizeof(double) &&
+              offsetof(LWNodalMaterial, refraction) == offsetof(LWNodalMaterial, diffuse) + 9 * sizeof(double));
 double* ColourChannel(LWNodalMaterial& m, int k) {
-  switch (k) {
-    case 0: return m.diffuse;
-    case 1: return m.specular;
-    case 2: return m.reflection;
-    default: return m.refraction;
-  }
+  return reinterpret_cast<double*>(reinterpret_cast<char*>(&m) + offsetof(LWNodalMaterial, diffuse)) + 3 * k;
 }
 
 constexpr int kTransparency = 4;
@@ -141,7 +141,14 @@ void MaterialMixer::Evaluate(LWNodalAccess* access, NodeOutputID output, NodeVal
     };
     if (anyUnconnected(fgChannel_) && foregroundShows()) fgMaterial_->evaluate(access, &fg);
 
-    for (int k = 0; k < kChannels; ++k) blendChannel(k, access, bg, fg, result, opacity[k]);
+#if defined(__GNUC__)
+#pragma GCC unroll 4  // per sample: channel k's fields become fixed offsets
+#endif
+    for (int k = 0; k < kTransparency; ++k)
+      components[k].evaluate(access, ColourChannel(bg, k), ColourChannel(fg, k), bgChannel_[k], fgChannel_[k],
+                             ColourChannel(result, k), opacity[k]);
+    components[kTransparency].evaluate(access, bg.transparency, fg.transparency, bgChannel_[kTransparency],
+                                       fgChannel_[kTransparency], &result.transparency, opacity[kTransparency]);
     materialOut_->setValue(value, &result);
     return;
   }
