@@ -181,6 +181,11 @@ TEST_F(AdaptorTest, NullInstancesAreIgnored) {
   double value = 5;
   raw.handler.evaluate(nullptr, nullptr, nullptr, &value);
   raw.inst.destroy(nullptr);
+  // Also where Evaluate is noexcept and the adaptor calls it without a guard.
+  lwhost::ModuleFile vorn(testpaths::kVorn);
+  RawNodeHandler timeInfo;
+  ASSERT_EQ(timeInfo.activate(vorn, "vornTimeInfo", 2), AFUNC_OK);
+  timeInfo.handler.evaluate(nullptr, nullptr, nullptr, &value);
   EXPECT_EQ(value, 5);
   EXPECT_TRUE(host.messages().messages().empty());
 }
