@@ -5,6 +5,29 @@
 namespace materials {
 namespace {
 
+// The host's input and output functions with destroy counted, installed before the node is made.
+struct ConnectorSpy {
+  static inline LWNodeInputFuncs inputs{};
+  static inline LWNodeOutputFuncs outputs{};
+  static inline int destroyed = 0;
+
+  static void Install(lwhost::Host& host) {
+    inputs = *lwhost::NodeEditor::InputFuncsTable();
+    outputs = *lwhost::NodeEditor::OutputFuncsTable();
+    inputs.destroy = [](NodeID node, NodeInputID input) {
+      ++destroyed;
+      lwhost::NodeEditor::InputFuncsTable()->destroy(node, input);
+    };
+    outputs.destroy = [](NodeID node, NodeOutputID output) {
+      ++destroyed;
+      lwhost::NodeEditor::OutputFuncsTable()->destroy(node, output);
+    };
+    destroyed = 0;
+    host.globals().provide(LWNODEINPUTFUNCS_GLOBAL, &inputs);
+    host.globals().provide(LWNODEOUTPUTFUNCS_GLOBAL, &outputs);
+  }
+};
+
 TEST_F(MaterialBlenderTest, ANewNodePassesTheBackgroundAndNeverAsksTheForeground) {
   lwhost::PluginNode& node = addBlender();
   EXPECT_EQ(node.flags(), static_cast<unsigned int>(NF_TRANSP));
@@ -97,6 +120,7 @@ TEST_F(MaterialBlenderTest, TheBackgroundIsSkippedOnlyFromAnOpacityOf100) {
 }
 
 TEST_F(MaterialBlenderTest, ConnectedChannelInputsTakeThePlaceOfTheMaterials) {
+  ConnectorSpy::Install(session.host());
   lwhost::PluginNode& node = addBlender();
   lwhost::Node& bg = feed(node, "Bg Material", kBg);
   lwhost::Node& fg = feed(node, "Fg Material", kFg);
@@ -143,10 +167,12 @@ TEST_F(MaterialBlenderTest, ConnectedChannelInputsTakeThePlaceOfTheMaterials) {
   material(node);
   EXPECT_EQ(bg.evaluations() + fg.evaluations(), 0u);
 
-  // Removed, the fully built node lets go of every service it took (its holders share one
-  // count, released once; the module keeps only its message service) and of the nodes that fed it.
+  // Removed, the fully built node gives back its 22 inputs and 6 outputs and lets go of every
+  // service it took (its holders share one count, released once; the module keeps only its
+  // message service) and of the nodes that fed it.
   node.activateInterface();
   editor.removeNode(node);
+  EXPECT_EQ(ConnectorSpy::destroyed, 28);
   for (const std::string& name : session.host().globals().namesAsked()) {
     const lwhost::LookupCounts c = session.host().globals().counts(name);
     if (c.acquire > 0 && name != "Info Messages 2") EXPECT_EQ(c.release, 1) << name;
