@@ -18,7 +18,8 @@ class NodeHandler : public InstanceHandler, public LWNode, public virtual ItemHa
 
   // An input was connected (0), disconnected (1) or lost its upstream node (2).
   virtual int NodeInputEvent(NodeInputID input, LWNodalEvent event, ConnectionType type);
-  // Writes the value of `output` for one shading sample, on any render thread.
+  // Writes the value of `output` for one shading sample, on any render thread. An override that
+  // cannot throw may say noexcept: the host then reaches it without an exception guard.
   virtual void Evaluate(LWNodalAccess* /*access*/, NodeOutputID /*output*/, NodeValue /*value*/) {}
   virtual void CustomPreview(int /*width*/, int /*height*/) {}
   virtual unsigned int Flags() { return 0; }
