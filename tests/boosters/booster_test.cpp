@@ -1,6 +1,5 @@
-// The three boosters through vorn.p: their connections, the factor of each channel, the camera
+// The three boosters through vorn.p: the factor of each channel, their connections, the camera
 // test, the form's values and what they keep in scenes.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <lwnodes.h>
 
@@ -70,24 +69,6 @@ class BoosterTest : public ::testing::Test {
   }
 };
 
-TEST_F(BoosterTest, ConnectorsNodeColoursAndTheVersionGate) {
-  std::string material = "11:Material/6,", seen[3];
-  for (const char* c : {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"})
-    material += c + " Boost/2,"s + c + " Curve/2," + c + " Maximum/2,";
-  for (int n = 0; n < 3; ++n) {
-    lwhost::PluginNode& node = editor.addPluginNode(vorn, kServer[n]);
-    seen[n] = std::to_string(node.color()[0]) + ":";
-    for (const auto& i : node.inputs()) seen[n] += i->name() + "/" + std::to_string(i->type()) + ",";
-    seen[n] += " out " + node.outputs()[0]->name() + "/" + std::to_string(node.outputs()[0]->type());
-  }
-  EXPECT_THAT(seen, ::testing::ElementsAre(material + " out Material/6",
-                                           "0:Colour/1,Colour Boost/2,Colour Curve/2,Colour Maximum/2, out Colour/1",
-                                           "0:Scalar/2,Scalar Boost/2,Scalar Curve/2,Scalar Maximum/2, out Scalar/2"));
-  session.host().setVersion(9, 1);
-  EXPECT_THROW(editor.addPluginNode(vorn, kServer[0]), lwhost::CreationError);
-  EXPECT_EQ(editor.addPluginNode(vorn, kServer[2]).inputs().size(), 4u) << "only the Material Booster needs 9.2";
-}
-
 TEST_F(BoosterTest, EachChannelScalesByItsBoostOrByTheCurveBetweenBoostAndMaximum) {
   lwhost::PluginNode& node = editor.addPluginNode(vorn, kServer[0]);
   feed(node, "Material", 0);
@@ -115,43 +96,19 @@ TEST_F(BoosterTest, EachChannelScalesByItsBoostOrByTheCurveBetweenBoostAndMaximu
   for (unsigned int cid = 0x9000; cid < 0x900a; ++cid) shown += form.value(cid).isNull() ? '-' : 'v';
   EXPECT_EQ(shown, "vvv-vvv-v-");
   for (unsigned int cid = 0x9001; cid < 0x900a; cid += 2) EXPECT_EQ(form.hasDividerAfter(cid), cid != 0x9009);
+  session.host().setVersion(9, 1);  // only the Material Booster needs 9.2
+  EXPECT_THROW(editor.addPluginNode(vorn, kServer[0]), lwhost::CreationError);
+  EXPECT_NO_THROW(editor.addPluginNode(vorn, kServer[2]));
 }
 
-TEST_F(BoosterTest, CameraRaysOnlyBoostsRaysFromTheRenderCameraOrWithoutSource) {
-  lwhost::Scene& scene = session.scene();
-  const LWItemID floor = scene.addObject("Floor");
-  const LWItemID front = scene.addCamera("Front"), side = scene.addCamera("Side");
-  scene.switchCamera(0.0, side);
-  for (int n = 0; n < 3; ++n) {
-    SCOPED_TRACE(kServer[n]);
-    lwhost::PluginNode& node = fed(n);
-    lwhost::XPanel& form = panel(node);
-    EXPECT_EQ(form.value(kCameraId[n]).integer[0], n != 0);
-    EXPECT_TRUE(form.setInteger(kCameraId[n], 5));
-    EXPECT_EQ(form.value(kCameraId[n]).integer[0], 1);
-    std::string boosted;
-    for (LWItemID source : {LWITEM_NULL, side, front, floor}) {
-      access.sourceID = source;
-      boosted += out(node)[0] == 0.2 ? 'b' : out(node)[0] == 0.1 ? '-' : '?';
-    }
-    EXPECT_EQ(boosted, "bb--");
-    EXPECT_TRUE(form.setInteger(kCameraId[n], 0));
-    EXPECT_EQ(out(node)[0], 0.2) << "off: a reflection is boosted too";
-  }
-
-  // The camera of the last time step counts; the modeller has none and keeps it.
-  lwhost::PluginNode& node = fed(1);
-  scene.switchCamera(1.0, front);
-  access.sourceID = side;
-  for (lwhost::Application app : {lwhost::Application::Modeler, lwhost::Application::Layout}) {
-    session.host().actAs(app);
-    node.activateInterface();
-    EXPECT_EQ(node.newTime(30, 1.0), "");
-    EXPECT_EQ(out(node)[0], app == lwhost::Application::Layout ? 0.1 : 0.2);
-  }
-}
-
-TEST_F(BoosterTest, ScenesKeepEachNodesBlocksInItsOwnOrder) {
+// Per node: connections and colour, "Camera Rays Only", and the scene blocks in the node's order.
+TEST_F(BoosterTest, ConnectionsCameraTestAndScenesOfEachBooster) {
+  std::string inputs = "Material/6 ";
+  for (const char* c : {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"})
+    inputs += c + " Boost/2 "s + c + " Curve/2 " + c + " Maximum/2 ";
+  const std::string kConnectors[] = {"11: " + inputs + "> Material/6",
+                                     "0: Colour/1 Colour Boost/2 Colour Curve/2 Colour Maximum/2 > Colour/1",
+                                     "0: Scalar/2 Scalar Boost/2 Scalar Curve/2 Scalar Maximum/2 > Scalar/2"};
   // A channel: its boost ("BASE") at 1 or 2, then its maximum ("RANG") at 1, as parameters save.
   const auto text = [](const char* token, const char* boost) {
     return "{ "s + token + "\n  { Base\n    Value " + boost + " 0 0\n    State 0\n  }\n" +
@@ -169,10 +126,33 @@ TEST_F(BoosterTest, ScenesKeepEachNodesBlocksInItsOwnOrder) {
            binary("CTRN", false) + "CAMO\0\1\1"s},
       {"CameraOnly 00\n" + text("Colour", "2"), "CAMO\0\1\0"s + binary("COLR", true)},
       {"CameraOnly 00\n" + text("Scalar", "2"), "CAMO\0\1\0"s + binary("SCLR", true)}};
+  lwhost::Scene& scene = session.scene();
+  const LWItemID floor = scene.addObject("Floor");
+  const LWItemID front = scene.addCamera("Front"), side = scene.addCamera("Side");
+  scene.switchCamera(0.0, side);
   for (int n = 0; n < 3; ++n) {
     SCOPED_TRACE(kServer[n]);
     lwhost::PluginNode& node = fed(n);
-    EXPECT_TRUE(panel(node).setInteger(kCameraId[n], n == 0));
+    std::string connectors = std::to_string(node.color()[0]) + ":";
+    for (const auto& i : node.inputs()) connectors += " " + i->name() + "/" + std::to_string(i->type());
+    EXPECT_EQ(connectors + " > " + node.outputs()[0]->name() + "/" + std::to_string(node.outputs()[0]->type()),
+              kConnectors[n]);
+
+    // Boosted straight from the render camera or with no source, passed as is from elsewhere.
+    lwhost::XPanel& form = panel(node);
+    EXPECT_EQ(form.value(kCameraId[n]).integer[0], n != 0) << "on by default but for materials";
+    EXPECT_TRUE(form.setInteger(kCameraId[n], 5));
+    EXPECT_EQ(form.value(kCameraId[n]).integer[0], 1);
+    std::string boosted;
+    for (LWItemID source : {LWITEM_NULL, side, front, floor}) {
+      access.sourceID = source;
+      boosted += out(node)[0] == 0.2 ? 'b' : out(node)[0] == 0.1 ? '-' : '?';
+    }
+    EXPECT_EQ(boosted, "bb--");
+    EXPECT_TRUE(form.setInteger(kCameraId[n], 0));
+    EXPECT_EQ(out(node)[0], 0.2) << "off: a reflection is boosted too";
+    EXPECT_TRUE(form.setInteger(kCameraId[n], n == 0));
+
     EXPECT_EQ(node.instance().save(IOMode::Ascii), kSaved[n][0]);
     EXPECT_EQ(node.instance().save(IOMode::Binary), kSaved[n][1]);
     for (IOMode mode : {IOMode::Ascii, IOMode::Binary}) {
@@ -192,6 +172,17 @@ TEST_F(BoosterTest, ScenesKeepEachNodesBlocksInItsOwnOrder) {
       EXPECT_EQ(loaded.instance().load(mode, mode == IOMode::Ascii ? "CameraOnly 02\n" : "CAMO\0\1\2"s), "");
       EXPECT_EQ(panel(loaded).value(kCameraId[n]).integer[0], 0);
     }
+  }
+
+  // The camera of the last time step counts; the modeller has none and keeps it.
+  lwhost::PluginNode& node = fed(1);
+  scene.switchCamera(1.0, front);
+  access.sourceID = side;
+  for (lwhost::Application app : {lwhost::Application::Modeler, lwhost::Application::Layout}) {
+    session.host().actAs(app);
+    node.activateInterface();
+    EXPECT_EQ(node.newTime(30, 1.0), "");
+    EXPECT_EQ(out(node)[0], app == lwhost::Application::Layout ? 0.1 : 0.2);
   }
 }
 
