@@ -46,3 +46,5 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+# A lit scene: boosting on camera rays only leaves the floor's reflection unboosted.
+"$lwhost" render "$examples/camera-rays-boost.scene" -o "$out/camera-rays-boost.png"
