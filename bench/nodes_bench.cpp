@@ -258,10 +258,110 @@ void BM_ExSpotInfo_Direct(benchmark::State& state) {
   });
 }
 
+// ---- Material Booster, "Material" output, every channel's curve connected.
+
+// Every channel blends half way from 100 % to its own maximum.
+constexpr double kCurve = 0.5;
+constexpr double kMaxima[kChannels] = {3.0, 2.0, 1.5, 0.5, 4.0};
+
+void BoostMaterial(LWNodalMaterial& m, double curve) {
+  double factor[kChannels];
+  for (int k = 0; k < kChannels; ++k) factor[k] = (kMaxima[k] - 1.0) * curve + 1.0;
+  double* colours[4] = {m.diffuse, m.specular, m.reflection, m.refraction};
+  for (int k = 0; k < 4; ++k)
+    for (int i = 0; i < 3; ++i) colours[k][i] *= factor[k];
+  m.transparency *= factor[4];
+}
+
+std::string SetUpBooster(Network& net) {
+  lwhost::NodeEditor& editor = net.editor();
+  editor.connect(editor.addMaterial(kBackground), "Material", *net.node, "Material");
+  lwhost::Node& curve = editor.addScalar(kCurve);
+  const char* channels[kChannels] = {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"};
+  for (int k = 0; k < kChannels; ++k) editor.connect(curve, "Scalar", *net.node, std::string(channels[k]) + " Curve");
+  lwhost::XPanel& panel = net.panel();
+  for (int k = 0; k < kChannels; ++k)
+    if (!panel.setNumber(0x9001 + 2 * k, kMaxima[k])) return PanelFault(panel);
+  return "";
+}
+
+void BM_MaterialBooster_HostPath(benchmark::State& state) {
+  auto net = Build(state, "vornMaterialBooster", "Material", SetUpBooster);
+  if (!net) return;
+  LWNodalMaterial out, expected = kBackground;
+  std::memset(&out, 0xFF, sizeof out);
+  BoostMaterial(expected, kCurve);
+  const lwhost::NodeEditor& editor = net->editor();
+  if (!editor.evaluate(*net->output, net->access, &out, NOT_MATERIAL) ||
+      std::memcmp(&out, &expected, sizeof out) != 0) {
+    state.SkipWithError("the boosted material differs from the curve's factors");
+    return;
+  }
+  bench::MeasureAllocationFree(state, [&] {
+    editor.evaluate(*net->output, net->access, &out, NOT_MATERIAL);
+    benchmark::DoNotOptimize(&out);
+    benchmark::ClobberMemory();
+  });
+}
+
+void BM_MaterialBooster_Direct(benchmark::State& state) {
+  LWNodalMaterial in = kBackground;
+  double curve = kCurve;
+  bench::MeasureAllocationFree(state, [&] {
+    benchmark::DoNotOptimize(&in);
+    benchmark::DoNotOptimize(curve);
+    benchmark::ClobberMemory();
+    LWNodalMaterial m = in;
+    BoostMaterial(m, curve);
+    benchmark::DoNotOptimize(&m);
+    benchmark::ClobberMemory();
+  });
+}
+
+// ---- Channel Blender, "Vector" output, the vector with its Y replaced.
+
+constexpr double kVectorIn[3] = {0.25, -1.5, 3.0};
+constexpr double kY = 0.75;
+
+void BM_ChannelBlender_HostPath(benchmark::State& state) {
+  auto net = Build(state, "vornChannelBlender", "Vector", [](Network& n) {
+    lwhost::NodeEditor& editor = n.editor();
+    editor.connect(editor.addVector(kVectorIn[0], kVectorIn[1], kVectorIn[2]), "Vector", *n.node, "Vector");
+    editor.connect(editor.addScalar(kY), "Scalar", *n.node, "Y");
+    return std::string();
+  });
+  if (!net) return;
+  double out[3] = {-1, -1, -1};
+  const double expected[3] = {kVectorIn[0], kY, kVectorIn[2]};
+  const lwhost::NodeEditor& editor = net->editor();
+  if (!editor.evaluate(*net->output, net->access, out, NOT_VECTOR) || std::memcmp(out, expected, sizeof out) != 0) {
+    state.SkipWithError("the rebuilt vector differs from the input with Y replaced");
+    return;
+  }
+  bench::MeasureAllocationFree(state, [&] {
+    editor.evaluate(*net->output, net->access, out, NOT_VECTOR);
+    benchmark::DoNotOptimize(out);
+  });
+}
+
+void BM_ChannelBlender_Direct(benchmark::State& state) {
+  double in[3] = {kVectorIn[0], kVectorIn[1], kVectorIn[2]}, y = kY;
+  bench::MeasureAllocationFree(state, [&] {
+    benchmark::DoNotOptimize(in);
+    benchmark::DoNotOptimize(y);
+    double v[3] = {in[0], y, in[2]};
+    benchmark::DoNotOptimize(v);
+  });
+}
+
 BENCHMARK(BM_ColourCorrector_HostPath)->MinTime(0.2);
 BENCHMARK(BM_ColourCorrector_Direct)->MinTime(0.2);
 BENCHMARK(BM_MaterialBlender_HostPath)->MinTime(0.2);
 BENCHMARK(BM_MaterialBlender_Direct)->MinTime(0.2);
+BENCHMARK(BM_MaterialBooster_HostPath)->MinTime(0.2);
+BENCHMARK(BM_MaterialBooster_Direct)->MinTime(0.2);
+BENCHMARK(BM_ChannelBlender_HostPath)->MinTime(0.2);
+BENCHMARK(BM_ChannelBlender_Direct)->MinTime(0.2);
 BENCHMARK(BM_TimeInfo_HostPath)->MinTime(0.2);
 BENCHMARK(BM_TimeInfo_Direct)->MinTime(0.2);
 BENCHMARK(BM_ExSpotInfo_HostPath)->MinTime(0.2);
@@ -274,6 +374,8 @@ int main(int argc, char** argv) {
       argc, argv,
       {{"Simple Colour Corrector", "BM_ColourCorrector_HostPath", "BM_ColourCorrector_Direct"},
        {"Material Blender", "BM_MaterialBlender_HostPath", "BM_MaterialBlender_Direct"},
+       {"Material Booster: curves on", "BM_MaterialBooster_HostPath", "BM_MaterialBooster_Direct"},
+       {"Channel Blender: Vector", "BM_ChannelBlender_HostPath", "BM_ChannelBlender_Direct"},
        {"Time Info: Time", "BM_TimeInfo_HostPath", "BM_TimeInfo_Direct"},
        {"Extended Spot Info: Object ID", "BM_ExSpotInfo_HostPath", "BM_ExSpotInfo_Direct"}});
 }

@@ -22,13 +22,20 @@ echo "== Servers registered by $(basename "$module")"
 echo
 echo "== Node panels"
 for server in $("$lwhost" servers "$module" | awk '$1 == "NodeHandler" { print $2 }'); do
-  "$lwhost" panel "$module" "$server" -o "$out/panel-$server.png"
+  # A node without settings (the Channel Blender) has no panel to draw.
+  if ! said=$("$lwhost" panel "$module" "$server" -o "$out/panel-$server.png" 2>&1); then
+    case $said in *"has no panel"*) echo "$server: no panel" ;; *) echo "$said" >&2; exit 1 ;; esac
+    continue
+  fi
+  echo "$said"
 done
 # The same panels after a user typed values in, in the units LightWave shows.
 "$lwhost" panel "$module" SimpleColourCorrector -o "$out/panel-SimpleColourCorrector-edited.png" \
   --set "Hue=90" --set "Saturation=150%" --set "Colour=255 160 40" --set "Invert=on"
 "$lwhost" panel "$module" MaterialBlender -o "$out/panel-MaterialBlender-edited.png" \
   --set "Diffuse Mode=Multiply" --set "Diffuse Opacity=50%"
+"$lwhost" panel "$module" vornMaterialBooster -o "$out/panel-vornMaterialBooster-edited.png" \
+  --set "Diffuse Boost=250%" --set "Camera Rays Only=on"
 
 echo
 echo "== Example networks"
@@ -39,3 +46,5 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+# A lit scene: boosting on camera rays only leaves the floor's reflection unboosted.
+"$lwhost" render "$examples/camera-rays-boost.scene" -o "$out/camera-rays-boost.png"

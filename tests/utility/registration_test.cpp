@@ -112,7 +112,8 @@ TEST_F(Registration, RecordsAreAnOrderedSubsetOfTheRegistryInPairs) {
   }
 
   // The first plug-ins of each family are built (the activation test below relies on them).
-  for (const char* required : {"MaterialBlender", "SimpleColourCorrector", "vornExSpotInfo", "vornTimeInfo"})
+  for (const char* required : {"MaterialBlender", "SimpleColourCorrector", "vornChannelBlender", "vornMaterialBooster",
+                               "vornColourBooster", "vornScalarBooster", "vornExSpotInfo", "vornTimeInfo"})
     EXPECT_THAT(present, ::testing::Contains(RowOf(required))) << required;
 }
 
