@@ -4,6 +4,7 @@
  *   Ray      red bounces / 4, green 1 when the ray source is an object, blue 1 when it is the
  *            object named "floor"
  *   Thread   (thread index + 1) / (threads reported at init + 1); 1 when the index is out of range
+ * Frame 13 fails.
  */
 #include <lwhost.h>
 #include <lwmodule.h>
@@ -64,9 +65,10 @@ static LWError Init(LWInstance inst, int mode) {
   return NULL;
 }
 static void Cleanup(LWInstance inst) { (void)inst; }
+/* Frame 13 fails, so that a render can be seen to stop on a failing frame. */
 static LWError NewTime(LWInstance inst, LWFrame frame, LWTime time) {
-  (void)inst, (void)frame, (void)time;
-  return NULL;
+  (void)inst, (void)time;
+  return frame == 13 ? "unlucky frame" : NULL;
 }
 
 static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeValue value) {
