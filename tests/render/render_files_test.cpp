@@ -77,6 +77,10 @@ TEST(RenderFiles, FrameRangesWriteNumberedFilesAndStopAtAFailingFrame) {
   EXPECT_FALSE(std::filesystem::exists(dir + "f_0013.png"));
   EXPECT_FALSE(std::filesystem::exists(dir + "f_0013.png.partial"));
 
+  // Failing on the first frame, whose file was opened before the render: nothing is left.
+  EXPECT_EQ(cli::Lwhost({"render", scene, "-o", pattern, "--frames", "13-14"}).status, 1);
+  EXPECT_FALSE(std::filesystem::exists(dir + "f_0013.png.partial"));
+
   // Several blocks of rows, each row a filter byte and 300 pixels; straight under the light the
   // floor is lit fully.
   const std::string rows = StoredRows(png);

@@ -140,6 +140,12 @@ TEST(SceneRender, MirrorRaysComeFromTheFloorOneLevelDeeperAndStopAtTheDepth) {
       "object ball sphere position 0 1 5 scale 1.5 surface p.Ray emit\n";
   EXPECT_EQ(SceneRun(scene + "depth 3\n").render().get(4, 4), (RGB{Byte(0.25), 255, 255}));
   EXPECT_EQ(SceneRun(scene + "depth 0\n").render().get(4, 4), (RGB{0, 0, 0}));
+  // A node tracing on its own is held to the same depth.
+  const std::string traced = "camera cam position 0 1 -5 target 0 0 0\n"
+                             "object floor plane scale 50 1 50 surface p.Trace emit\n"
+                             "object ball sphere position 0 1 5 scale 1.5 surface p.Ray emit\n";
+  EXPECT_EQ(SceneRun(traced + "depth 1\n").render().get(4, 4), (RGB{Byte(0.25), 255, 255}));
+  EXPECT_EQ(SceneRun(traced + "depth 0\n").render().get(4, 4), (RGB{0, 0, 0}));
   // Seen directly, the ball's spot is a camera ray's.
   SceneRun direct("camera cam position 0 1 -5 target 0 1 5\nobject ball sphere position 0 1 5 surface p.Ray emit\n");
   EXPECT_EQ(direct.render().get(4, 4), (RGB{0, 0, 0}));
