@@ -39,3 +39,11 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+
+echo
+echo "== A lit scene: the nodes on three spheres over a mirror floor, two lights with shadows"
+"$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
+
+echo
+echo "== Pictures written to $out"
+ls "$out"
