@@ -46,5 +46,14 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
-# A lit scene: boosting on camera rays only leaves the floor's reflection unboosted.
+
+echo
+echo "== Lit scenes, on every core"
+# The nodes on three spheres over a mirror floor, two lights with shadows.
+"$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
+# Boosting on camera rays only leaves the floor's reflection unboosted.
 "$lwhost" render "$examples/camera-rays-boost.scene" -o "$out/camera-rays-boost.png"
+
+echo
+echo "== Pictures written to $out"
+ls "$out"

@@ -3,7 +3,9 @@
  *   Lambert  the sum over lights of the arriving colour times max(0, N . L)
  *   Ray      red bounces / 4, green 1 when the ray source is an object, blue 1 when it is the
  *            object named "floor"
+ *   Trace    what rayTrace sees along the mirror direction of the camera ray
  *   Thread   (thread index + 1) / (threads reported at init + 1); 1 when the index is out of range
+ * Frame 13 fails.
  */
 #include <lwhost.h>
 #include <lwmodule.h>
@@ -18,7 +20,7 @@ static LWLightInfo *lights;
 static LWSceneInfo *scene;
 
 typedef struct {
-  NodeOutputID lambert, ray, thread;
+  NodeOutputID lambert, ray, trace, thread;
   int threads;
 } Probe;
 
@@ -37,6 +39,7 @@ static LWInstance Create(void *priv, void *node, LWError *err) {
   used[i] = 1;
   probes[i].lambert = outputs->create(node, NOT_COLOR, "Lambert");
   probes[i].ray = outputs->create(node, NOT_COLOR, "Ray");
+  probes[i].trace = outputs->create(node, NOT_COLOR, "Trace");
   probes[i].thread = outputs->create(node, NOT_SCALAR, "Thread");
   return &probes[i];
 }
@@ -64,9 +67,10 @@ static LWError Init(LWInstance inst, int mode) {
   return NULL;
 }
 static void Cleanup(LWInstance inst) { (void)inst; }
+/* Frame 13 fails, so that a render can be seen to stop on a failing frame. */
 static LWError NewTime(LWInstance inst, LWFrame frame, LWTime time) {
-  (void)inst, (void)frame, (void)time;
-  return NULL;
+  (void)inst, (void)time;
+  return frame == 13 ? "unlucky frame" : NULL;
 }
 
 static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeValue value) {
@@ -84,6 +88,11 @@ static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeV
       if (cosine > 0)
         for (i = 0; i < 3; ++i) rgb[i] += colour[i] * cosine;
     }
+  } else if (out == p->trace) {
+    double dir[3], k = 2 * (na->rayDir[0] * na->wNorm[0] + na->rayDir[1] * na->wNorm[1] + na->rayDir[2] * na->wNorm[2]);
+    int i;
+    for (i = 0; i < 3; ++i) dir[i] = na->rayDir[i] - k * na->wNorm[i];
+    if (!na->rayTrace || na->rayTrace(na->wPos, dir, rgb) < 0) rgb[0] = rgb[1] = rgb[2] = 0;
   } else if (out == p->ray) {
     const char *name = items->name(na->sourceID);
     rgb[0] = na->bounces * 0.25;

@@ -4,8 +4,10 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "RayTracer.h"
@@ -124,15 +126,16 @@ void SceneRenderer::render(const SceneRenderOptions& options, const FrameDone& d
 
 void SceneRenderer::renderPixels(const World& world, Raster& image, int threads,
                                  const std::function<void(int rows)>& tick) const {
-  std::atomic<int> nextRow{0}, rowsDone{0};
+  std::atomic<int> nextRow{threads}, rowsDone{0};
   std::mutex mutex;
   std::condition_variable finished;
   int running = threads;
 
-  // Rows are handed out one at a time, so threads that meet slow rows do not hold others up.
+  // Each thread starts on its own row, so that every thread takes part even in a small image;
+  // the rest are handed out one at a time, so that threads meeting slow rows hold no one up.
   auto work = [&](int thread) {
     RayTracer tracer(world, thread);
-    for (int y = nextRow++; y < world.height; y = nextRow++) {
+    for (int y = thread; y < world.height; y = nextRow++) {
       for (int x = 0; x < world.width; ++x) {
         double c[3];
         tracer.pixel(x, y, c);
@@ -146,17 +149,34 @@ void SceneRenderer::renderPixels(const World& world, Raster& image, int threads,
 
   std::vector<std::thread> pool;
   pool.reserve(threads);
-  for (int t = 0; t < threads; ++t) pool.emplace_back(work, t);
+  int started = 0;
+  try {
+    for (; started < threads; ++started) pool.emplace_back(work, started);
+  } catch (const std::system_error&) {
+    // The system would not give us more threads: this one does the rest of the work.
+    for (int t = started; t < threads; ++t) work(t);
+  }
+  // A progress callback that throws must not leave threads running over this frame.
+  std::exception_ptr failure;
+  auto report = [&](int rows) {
+    if (failure) return;
+    try {
+      tick(rows);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  };
   {
     std::unique_lock<std::mutex> lock(mutex);
     while (!finished.wait_for(lock, std::chrono::milliseconds(100), [&] { return running == 0; })) {
       lock.unlock();
-      tick(rowsDone.load(std::memory_order_relaxed));
+      report(rowsDone.load(std::memory_order_relaxed));
       lock.lock();
     }
   }
   for (auto& t : pool) t.join();
-  tick(world.height);
+  report(world.height);
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace lwhost
