@@ -270,7 +270,7 @@ void RunSessionFile(LayoutSession& session, const std::string& path) {
   std::ostringstream text;
   text << in.rdbuf();
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  RunSessionScript(session, text.str(), path, folder.empty() ? "." : folder.string());
+  RunSessionScript(session, text.str(), path, folder.string());
 }
 
 }  // namespace lwhost
