@@ -1,20 +1,20 @@
-// Command Statistics through vorn.p: counting Layout's commands, the settings file from one run
-// to the next, and the classic panel with its Clear and Save... buttons.
+// Command Statistics through vorn.p in Layout sessions: commands counted, the settings file read
+// at the start and written at quit, and the classic panel with its Clear and Save... buttons.
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
-#include "lwhost/Session.h"
+#include "lwhost/LayoutSession.h"
+#include "lwhost/SessionScript.h"
 #include "support/ModulePaths.h"
-#include "support/RawHandler.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using lwhost::UserAction;
 using Rows = std::vector<std::string>;
 
 std::string Read(const fs::path& file) {
@@ -23,105 +23,89 @@ std::string Read(const fs::path& file) {
   return text.str();
 }
 
-Rows RowsOf(lwhost::Panels& panels, LWPanelID panel) {
-  return panels.listRows(panels.findControl(panel, "Command Statistics"));
-}
-
 class CommandStatsTest : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_NE(mkdtemp(dir.data()), nullptr);
     file = dir + "/CommandStats.txt";
-    session.scene().directories().setSettingsDirectory(dir);
-    ASSERT_EQ(raw.activate(vorn, "CommandStatistics", LWMASTER_VERSION), AFUNC_OK);
   }
   void TearDown() override { fs::remove_all(dir); }
 
-  // One run of Layout: the instance loads the settings file (written first unless `stats` is
-  // null), hears each command line after a time event carrying the same text, shows its panel
-  // to a user who does `actions`, and goes. Gives the panel's rows as first shown.
-  Rows layout(const char* stats, const Rows& commands, std::vector<UserAction> actions = {}) {
+  // Starts Layout with `stats` as the settings file (none when null) and one Command Statistics
+  // instance, plays `script`, and gives the rows of the panel as its options last showed it.
+  // Quits unless `stay`.
+  Rows play(const char* stats, const std::string& script, bool stay = false, const std::string& settings = "") {
     if (stats) std::ofstream(file) << stats;
-    lwhost::HandlerInstance master(vorn, raw.inst, &raw.item, nullptr, "CommandStatistics");
-    EXPECT_EQ(raw.handler.flags(master.get()), LWMASTF_LAYOUT);
-    for (const std::string& line : commands)
-      for (int code : {LWEVNT_TIME, LWEVNT_COMMAND}) {
-        LWMasterAccess access{code, const_cast<char*>(line.c_str()), nullptr, nullptr, nullptr, nullptr};
-        EXPECT_EQ(raw.handler.event(master.get(), &access), 0.0);
-      }
-    Rows rows;
-    actions.insert(actions.begin(), UserAction::inspect([&](lwhost::Panels& p, LWPanelID id) { rows = RowsOf(p, id); }));
-    session.panels().script(actions);
-    master.activateInterface(vorn.require(LWMASTER_ICLASS, "CommandStatistics")).local.options(master.get());
+    layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, settings.empty() ? dir : settings});
+    layout->setLog([this](const std::string& line) { log += line + "\n"; });
+    lwhost::RunSessionScript(*layout, "module vorn " VORN_MODULE_PATH "\nmaster vorn CommandStatistics\n" + script, "test", dir);
+    lwhost::Panels& panels = layout->session().panels();
+    panel = panels.findPanel("Vorn Tools: Command Statistics");
+    const Rows rows = panel ? panels.listRows(panels.findControl(panel, "Command Statistics")) : Rows{};
+    if (!stay) layout->quit();
     return rows;
   }
 
-  lwhost::Session session;
-  const lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-  std::string dir = (fs::temp_directory_path() / "cmdstats-XXXXXX").string();
-  std::string file;
-  RawMasterHandler raw;
+  std::string dir = (fs::temp_directory_path() / "cmdstats-XXXXXX").string(), file, log;
+  std::unique_ptr<lwhost::LayoutSession> layout;
+  LWPanelID panel = nullptr;
 };
 
-TEST_F(CommandStatsTest, CountsCommandsByNameRefusesBareNamesAndIgnoresUnusableFiles) {
-  EXPECT_EQ(layout(nullptr, {"MoveTool 1 2", "MoveTool", "RotateTool 0", "MoveTool 3"}),
+TEST_F(CommandStatsTest, CountsCommandsByNameAndRefusesBareNames) {
+  EXPECT_EQ(play(nullptr, "command \"MoveTool 1 2\"\ncommand MoveTool\nframe 3\ncommand \"RotateTool 0\"\n"
+                          "command \"MoveTool 3\"\noptions CommandStatistics\n"),
             (Rows{"    2 - MoveTool\n", "    1 - RotateTool\n"}));
-  const std::vector<lwhost::Message> errors = session.host().messages().errors();
-  ASSERT_EQ(errors.size(), 1u);
-  EXPECT_EQ(errors[0].first, "An exception occured in MasterAdaptor::Event():");
-  EXPECT_EQ(errors[0].second.rfind("basic_string::erase", 0), 0u) << errors[0].second;
   EXPECT_EQ(Read(file), "2\tMoveTool\n1\tRotateTool\n");
-
-  session.host().messages().clear();
-  fs::remove(file);
-  fs::create_directory(file);
-  EXPECT_EQ(layout(nullptr, {"MoveTool 1"}), Rows{"    1 - MoveTool\n"});
-  session.scene().directories().setSettingsDirectory(dir + "/missing");
-  layout(nullptr, {"MoveTool 1"});
-  EXPECT_FALSE(fs::exists(dir + "/missing"));
-  EXPECT_TRUE(session.host().messages().messages().empty());
+  const std::string refusal = "message error \"An exception occured in MasterAdaptor::Event():\" \"basic_string::erase";
+  EXPECT_EQ(log.find(refusal), log.rfind("message ")) << log;
 }
 
 TEST_F(CommandStatsTest, LoadsEveryWellFormedLineAndWritesThemBackByCount) {
   const std::string stats = "5\tb\n0\tzero\n123456\t  six digits\t\n5\ta\n7\t \t\nnot a number 8\n9\tc\n3\tb\n1\tlast";
   for (const std::string end : {"", "\n"}) {
-    EXPECT_EQ(layout((stats + end).c_str(), {"last 2"}),
+    EXPECT_EQ(play((stats + end).c_str(), "command \"last 2\"\noptions CommandStatistics\n"),
               (Rows{"123456 - six digits\n", "    9 - c\n", "    5 - a\n", "    3 - b\n", "    2 - last\n"}));
     EXPECT_EQ(Read(file), "123456\tsix digits\n9\tc\n5\ta\n3\tb\n2\tlast\n") << "last line end: " << end.size();
   }
-  layout("5\tb\n5\ta\n9\tc\n", {});
+  play("5\tb\n5\ta\n9\tc\n", "");
   EXPECT_EQ(Read(file), "9\tc\n5\tb\n5\ta\n");
-  EXPECT_TRUE(session.host().messages().messages().empty());
+  EXPECT_EQ(log.find("message "), std::string::npos) << log;
 }
 
-TEST_F(CommandStatsTest, SaveWritesTextOrCsvAndClearEmptiesTheSettingsFileAtTheEnd) {
-  const std::string held = "2\tsay \"hi\", all\n4\tb\n", txt = dir + "/list.txt", csv = dir + "/list.CSV";
-  layout(held.c_str(), {}, {UserAction::chooseFile("Save...", txt), UserAction::chooseFile("Save...", csv),
-                            UserAction::press("Clear"), UserAction::chooseFile("Save...", dir + "/empty.csv"),
-                            UserAction::inspect([&](lwhost::Panels& p, LWPanelID panel) {
-                              EXPECT_EQ(p.panel(panel).lastDrawMode, DR_REFRESH);
-                              EXPECT_EQ(RowsOf(p, panel), Rows{});
-                              EXPECT_EQ(Read(file), held) << "the settings file waits for the end of the run";
-                            })});
-  EXPECT_EQ(Read(txt), "4\tb\n2\tsay \"hi\", all\n");
-  EXPECT_EQ(Read(csv), "count,command\n4,b\n2,\"say \"\"hi\"\", all\"\n");
+TEST_F(CommandStatsTest, SaveWritesTextOrCsvAndClearEmptiesTheSettingsFileAtQuit) {
+  const std::string held = "2\tsay \"hi\", all\n4\tb\n";
+  EXPECT_EQ(play(held.c_str(), "options CommandStatistics\nfile Save... list.txt\nfile Save... list.CSV\n"
+                               "click Clear\nfile Save... empty.csv\n", true),
+            Rows{});
+  EXPECT_EQ(layout->session().panels().panel(panel).lastDrawMode, DR_REFRESH);
+  EXPECT_EQ(Read(dir + "/list.txt"), "4\tb\n2\tsay \"hi\", all\n");
+  EXPECT_EQ(Read(dir + "/list.CSV"), "count,command\n4,b\n2,\"say \"\"hi\"\", all\"\n");
   EXPECT_EQ(Read(dir + "/empty.csv"), "count,command\n");
+  EXPECT_EQ(Read(file), held) << "the settings file waits for the end of the session";
+  layout->quit();
   EXPECT_EQ(Read(file), "");
 }
 
+TEST_F(CommandStatsTest, UnusableSettingsAreIgnoredSilently) {
+  fs::create_directory(file);
+  EXPECT_EQ(play(nullptr, "command \"MoveTool 1\"\noptions CommandStatistics\n"), Rows{"    1 - MoveTool\n"});
+  play(nullptr, "command \"MoveTool 1\"\n", false, dir + "/missing");
+  EXPECT_FALSE(fs::exists(dir + "/missing"));
+  EXPECT_EQ(log.find("message "), std::string::npos) << log;
+}
+
 TEST_F(CommandStatsTest, PanelListsAboveItsButtons) {
-  Rows commands;
-  for (int i = 0; i < 300; ++i) commands.push_back("Command" + std::to_string(i % 37) + " x");
-  layout(nullptr, commands, {UserAction::inspect([&](lwhost::Panels& p, LWPanelID panel) {
-           EXPECT_EQ(p.panel(panel).title, "Vorn Tools: Command Statistics");
-           EXPECT_EQ(p.panel(panel).openFlags, PANF_BLOCKING | PANF_FRAME);
-           const std::vector<lwhost::ControlInfo> c = p.controls(panel);
-           ASSERT_EQ(c.size(), 3u);
-           EXPECT_EQ(c[2].className, "SaveButtonControl");
-           EXPECT_EQ(c[2].rect.x + c[2].rect.w, c[0].rect.x + c[0].rect.w) << "Save... ends where the list ends";
-           EXPECT_EQ(c[2].rect.y, c[1].rect.y) << "on the line of Clear";
-           p.renderPanel(panel).writePng(testing::TempDir() + "command_statistics_panel.png");
-         })});
+  std::string commands;
+  for (int i = 0; i < 300; ++i) commands += "command \"Command" + std::to_string(i % 37) + " x\"\n";
+  EXPECT_EQ(play(nullptr, commands + "options CommandStatistics\n", true).size(), 37u);
+  lwhost::Panels& panels = layout->session().panels();
+  EXPECT_EQ(panels.panel(panel).openFlags, PANF_BLOCKING | PANF_FRAME);
+  const std::vector<lwhost::ControlInfo> c = panels.controls(panel);
+  ASSERT_EQ(c.size(), 3u);
+  EXPECT_EQ(c[2].className, "SaveButtonControl");
+  EXPECT_EQ(c[2].rect.x + c[2].rect.w, c[0].rect.x + c[0].rect.w) << "Save... ends where the list ends";
+  EXPECT_EQ(c[2].rect.y, c[1].rect.y) << "on the line of Clear";
+  panels.renderPanel(panel).writePng(testing::TempDir() + "command_statistics_panel.png");
 }
 
 }  // namespace
