@@ -39,6 +39,7 @@ class CommandStatsTest : public ::testing::Test {
     layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, settings.empty() ? dir : settings});
     layout->setLog([this](const std::string& line) { log += line + "\n"; });
     lwhost::RunSessionScript(*layout, "module vorn " VORN_MODULE_PATH "\nmaster vorn CommandStatistics\n" + script, "test", dir);
+    EXPECT_EQ(layout->findMaster("CommandStatistics")->flags(), unsigned{LWMASTF_LAYOUT});
     lwhost::Panels& panels = layout->session().panels();
     panel = panels.findPanel("Vorn Tools: Command Statistics");
     const Rows rows = panel ? panels.listRows(panels.findControl(panel, "Command Statistics")) : Rows{};
