@@ -39,3 +39,11 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+
+echo
+echo "== Two Layout sessions with Command Statistics: the counts carry over in $out/settings"
+rm -rf "$out/settings" && mkdir -p "$out/settings"
+for run in 1 2; do
+  DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/command-stats.session" --settings "$out/settings"
+done
+cat "$out/settings/CommandStats.txt"

@@ -25,17 +25,14 @@ std::string Read(const fs::path& file) {
 
 class CommandStatsTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_NE(mkdtemp(dir.data()), nullptr);
-    file = dir + "/CommandStats.txt";
-  }
+  void SetUp() override { ASSERT_NE(mkdtemp(dir.data()), nullptr); }
   void TearDown() override { fs::remove_all(dir); }
 
   // Starts Layout with `stats` as the settings file (none when null) and one Command Statistics
   // instance, plays `script`, and gives the rows of the panel as its options last showed it.
   // Quits unless `stay`.
   Rows play(const char* stats, const std::string& script, bool stay = false, const std::string& settings = "") {
-    if (stats) std::ofstream(file) << stats;
+    if (stats) std::ofstream(file()) << stats;
     layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, settings.empty() ? dir : settings});
     layout->setLog([this](const std::string& line) { log += line + "\n"; });
     lwhost::RunSessionScript(*layout, "module vorn " VORN_MODULE_PATH "\nmaster vorn CommandStatistics\n" + script, "test", dir);
@@ -47,7 +44,9 @@ class CommandStatsTest : public ::testing::Test {
     return rows;
   }
 
-  std::string dir = (fs::temp_directory_path() / "cmdstats-XXXXXX").string(), file, log;
+  std::string file() const { return dir + "/CommandStats.txt"; }
+
+  std::string dir = (fs::temp_directory_path() / "cmdstats-XXXXXX").string(), log;
   std::unique_ptr<lwhost::LayoutSession> layout;
   LWPanelID panel = nullptr;
 };
@@ -56,7 +55,7 @@ TEST_F(CommandStatsTest, CountsCommandsByNameAndRefusesBareNames) {
   EXPECT_EQ(play(nullptr, "command \"MoveTool 1 2\"\ncommand MoveTool\nframe 3\ncommand \"RotateTool 0\"\n"
                           "command \"MoveTool 3\"\noptions CommandStatistics\n"),
             (Rows{"    2 - MoveTool\n", "    1 - RotateTool\n"}));
-  EXPECT_EQ(Read(file), "2\tMoveTool\n1\tRotateTool\n");
+  EXPECT_EQ(Read(file()), "2\tMoveTool\n1\tRotateTool\n");
   const std::string refusal = "message error \"An exception occured in MasterAdaptor::Event():\" \"basic_string::erase";
   EXPECT_EQ(log.find(refusal), log.rfind("message ")) << log;
 }
@@ -66,10 +65,10 @@ TEST_F(CommandStatsTest, LoadsEveryWellFormedLineAndWritesThemBackByCount) {
   for (const std::string end : {"", "\n"}) {
     EXPECT_EQ(play((stats + end).c_str(), "command \"last 2\"\noptions CommandStatistics\n"),
               (Rows{"123456 - six digits\n", "    9 - c\n", "    5 - a\n", "    3 - b\n", "    2 - last\n"}));
-    EXPECT_EQ(Read(file), "123456\tsix digits\n9\tc\n5\ta\n3\tb\n2\tlast\n") << "last line end: " << end.size();
+    EXPECT_EQ(Read(file()), "123456\tsix digits\n9\tc\n5\ta\n3\tb\n2\tlast\n") << "last line end: " << end.size();
   }
   play("5\tb\n5\ta\n9\tc\n", "");
-  EXPECT_EQ(Read(file), "9\tc\n5\tb\n5\ta\n");
+  EXPECT_EQ(Read(file()), "9\tc\n5\tb\n5\ta\n");
   EXPECT_EQ(log.find("message "), std::string::npos) << log;
 }
 
@@ -82,13 +81,13 @@ TEST_F(CommandStatsTest, SaveWritesTextOrCsvAndClearEmptiesTheSettingsFileAtQuit
   EXPECT_EQ(Read(dir + "/list.txt"), "4\tb\n2\tsay \"hi\", all\n");
   EXPECT_EQ(Read(dir + "/list.CSV"), "count,command\n4,b\n2,\"say \"\"hi\"\", all\"\n");
   EXPECT_EQ(Read(dir + "/empty.csv"), "count,command\n");
-  EXPECT_EQ(Read(file), held) << "the settings file waits for the end of the session";
+  EXPECT_EQ(Read(file()), held) << "the settings file waits for the end of the session";
   layout->quit();
-  EXPECT_EQ(Read(file), "");
+  EXPECT_EQ(Read(file()), "");
 }
 
 TEST_F(CommandStatsTest, UnusableSettingsAreIgnoredSilently) {
-  fs::create_directory(file);
+  fs::create_directory(file());
   EXPECT_EQ(play(nullptr, "command \"MoveTool 1\"\noptions CommandStatistics\n"), Rows{"    1 - MoveTool\n"});
   play(nullptr, "command \"MoveTool 1\"\n", false, dir + "/missing");
   EXPECT_FALSE(fs::exists(dir + "/missing"));
