@@ -47,3 +47,6 @@ for run in 1 2; do
   DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/command-stats.session" --settings "$out/settings"
 done
 cat "$out/settings/CommandStats.txt"
+# Its panel, as Layout would show it with those counts in its settings folder.
+mkdir -p "$out/config/lwhost" && cp "$out/settings/CommandStats.txt" "$out/config/lwhost/"
+XDG_CONFIG_HOME=$(cd "$out" && pwd)/config "$lwhost" panel "$module" CommandStatistics -o "$out/panel-CommandStatistics.png"

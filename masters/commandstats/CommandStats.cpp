@@ -27,9 +27,13 @@ CommandStats::CommandStats(void* priv, void* context, LWError* err) : LWPanelMas
   if (settings.empty()) return;
   statisticsFile_ = settings + "CommandStats.txt";
 
-  // Only a regular file is read: a pipe or a device could block or never end.
+  // A pipe or a device in its place is left alone: opening or reading it could block for good.
   std::error_code error;
-  if (!std::filesystem::is_regular_file(statisticsFile_, error)) return;
+  const std::filesystem::file_status status = std::filesystem::status(statisticsFile_, error);
+  if (!std::filesystem::is_regular_file(status)) {
+    if (std::filesystem::exists(status)) statisticsFile_.clear();
+    return;
+  }
   std::ifstream in(statisticsFile_);
   if (in) ReadStatistics(in, counts);
 }
