@@ -53,6 +53,13 @@ TEST(LayoutSession, MastersHearCommandsAlwaysAndNotificationsByTheirFlags) {
   // A render node tells its masters only that the render is complete.
   const ScriptRun node = Session("node", "master vorn Growl\nrender 1 3\n", "--screamernet");
   EXPECT_EQ(node.log, "create \"Growl\" vorn Growl\nevent \"Growl\" 0x112 -> 0\ndestroy \"Growl\"\nquit\n");
+
+  // A frame the scene renderer cannot write aborts the render, which still completes.
+  const ScriptRun failed = Session("aborted", "master vorn Growl\ncamera cam 0 0 -5\npictures no/such/folder/f --size 8x8\nrender 1 2\n");
+  EXPECT_EQ(failed.result.status, 1);
+  EXPECT_NE(failed.result.output.find("s.session:6: frame 1 failed: cannot write"), std::string::npos) << failed.result.output;
+  EXPECT_NE(failed.log.find("0x109 1 -> 0\nevent \"Growl\" 0x123 -> 0\nevent \"Growl\" 0x112 -> 0\ndestroy"), std::string::npos)
+      << failed.log;
 }
 
 TEST(LayoutSession, ClassicOptionsPlayTheScriptedClicks) {
