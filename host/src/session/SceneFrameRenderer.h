@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "lwhost/FrameRenderer.h"
@@ -7,19 +8,17 @@
 
 namespace lwhost {
 
-class NodeOutput;
-
 // Renders the session's scene with the scene renderer for each frame of a session's render,
-// every object shaded by `surface` (null: LightWave's default grey), and writes the picture as
-// PREFIX + four-digit frame + ".png".
+// the objects shaded by their surfaces, and writes the picture as PREFIX + four-digit frame +
+// ".png", as LightWave names its RGB files.
 class SceneFrameRenderer : public FrameRenderer {
  public:
-  SceneFrameRenderer(NodeOutput* surface, SceneRenderOptions options, std::string prefix)
-      : surface_(surface), options_(options), prefix_(std::move(prefix)) {}
+  SceneFrameRenderer(std::map<LWItemID, Surface> surfaces, SceneRenderOptions options, std::string prefix)
+      : surfaces_(std::move(surfaces)), options_(options), prefix_(std::move(prefix)) {}
   void renderFrame(Session& session, LWFrame frame) override;
 
  private:
-  NodeOutput* surface_;
+  std::map<LWItemID, Surface> surfaces_;
   SceneRenderOptions options_;
   std::string prefix_;
 };

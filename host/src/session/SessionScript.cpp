@@ -3,7 +3,6 @@
 #include <cctype>
 #include <cerrno>
 #include <climits>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -202,10 +201,8 @@ class Runner {
     } else if (what == "frame") {
       expect(line, 2, 2, "frame N");
       session_.goToFrame(whole(line, w[1], "a frame"));
-    } else if (what == "object" || what == "light" || what == "camera") {
-      item(line);
-    } else if (what == "network") {
-      network(line);
+    } else if (what == "scene") {
+      scene(line);
     } else if (what == "pictures") {
       pictures(line);
     } else if (what == "render") {
@@ -213,7 +210,7 @@ class Runner {
       const int first = whole(line, w[1], "the first frame");
       const int last = w.size() > 2 ? whole(line, w[2], "the last frame") : first;
       std::unique_ptr<SceneFrameRenderer> renderer;
-      if (!prefix_.empty()) renderer = std::make_unique<SceneFrameRenderer>(surface_, options_, prefix_);
+      if (!prefix_.empty()) renderer = std::make_unique<SceneFrameRenderer>(surfaces_, options_, prefix_);
       session_.setRenderer(renderer.get());
       session_.render(first, last, w.size() > 3 ? whole(line, w[3], "the step") : 1);
       session_.setRenderer(nullptr);
@@ -227,37 +224,28 @@ class Runner {
       fail(line.number, what + " belongs under an options statement");
     } else {
       fail(line.number, "unknown statement " + what +
-                            " (module, master, options, command, frame, load, save, object, light, camera, network, "
-                            "pictures, render, remove, quit)");
+                            " (module, master, options, command, frame, load, save, scene, pictures, render, "
+                            "remove, quit)");
     }
   }
 
-  double number(const Line& line, const std::string& text) const {
-    char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end || !std::isfinite(value)) fail(line.number, "\"" + text + "\" is not a number");
-    return value;
-  }
-
-  // object|light|camera NAME [X Y Z]: lights and cameras look at the origin.
-  void item(const Line& line) {
-    const auto& w = line.words;
-    if (w.size() != 2 && w.size() != 5) fail(line.number, "expected: " + w[0] + " NAME [X Y Z]");
-    if (session_.quitted()) fail(line.number, w[0] + " after quit");
-    Scene& scene = session_.session().scene();
-    const LWItemID id = w[0] == "object" ? scene.addObject(w[1]) : w[0] == "light" ? scene.addLight(w[1]) : scene.addCamera(w[1]);
-    if (w.size() == 5) scene.setPosition(id, number(line, w[2]), number(line, w[3]), number(line, w[4]));
-    const double origin[3] = {0, 0, 0};
-    if (w[0] != "object" && w.size() == 5) scene.aim(id, origin);
-  }
-
-  // network FILE: its output shades every object.
-  void network(const Line& line) {
-    expect(line, 2, 2, "network FILE");
-    if (surface_) fail(line.number, "a session shades its objects with one network");
-    if (session_.quitted()) fail(line.number, "network after quit");
+  // scene FILE: a scene file as lwhost render takes it, built into the session.
+  void scene(const Line& line) {
+    expect(line, 2, 2, "scene FILE");
+    if (sceneBuilt_) fail(line.number, "a session holds one scene file");
+    if (session_.quitted()) fail(line.number, "scene after quit");
     const Network parsed = ReadNetworkFile(path(line, line.words[1]));
-    surface_ = BuildNetwork(session_.session(), parsed).output;
+    if (!parsed.settings.scene) fail(line.number, parsed.file + " has no camera, objects or lights: it is not a scene");
+    surfaces_ = BuildNetwork(session_.session(), parsed).surfaces;
+    sceneBuilt_ = true;
+    const SceneSettings& s = parsed.settings;
+    if (s.width > 0) {
+      options_.width = s.width;
+      options_.height = s.height;
+    }
+    if (s.depth >= 0) options_.depth = s.depth;
+    options_.threads = s.threads;
+    for (int i = 0; i < 3; ++i) options_.backdrop[i] = s.backdrop[i];
   }
 
   // pictures PREFIX [--size WxH]
@@ -278,7 +266,8 @@ class Runner {
 
   LayoutSession& session_;
   std::string file_, baseDir_;
-  NodeOutput* surface_ = nullptr;
+  bool sceneBuilt_ = false;
+  std::map<LWItemID, Surface> surfaces_;
   SceneRenderOptions options_;
   std::string prefix_;
 };
