@@ -23,6 +23,8 @@ const char kUsage[] =
     "         draw the panel of a node or master server, after typing in the values given\n"
     "       lwhost render NETWORK -o FILE.png [--size WxH] [--frame N]\n"
     "         render a node network file onto a sphere (format: host/RENDERING.md)\n"
+    "       lwhost render SCENE -o FILE.png [--size WxH] [--frame N | --frames A-B] [--threads N]\n"
+    "         ray-trace a scene file's objects and lights; a range writes one file a frame (out_%04d.png)\n"
     "       lwhost session SCRIPT [--settings DIR] [--log FILE|-] [--screamernet]\n"
     "         play a Layout session: masters, commands, scenes, renders (format: host/SESSIONS.md)\n";
 
@@ -49,7 +51,7 @@ int ServersCommand(const std::vector<std::string>& args) {
 
 void WritePicture(const Raster& picture, const std::string& path) {
   std::string error;
-  if (!picture.writePng(path, &error)) throw CommandError("cannot write " + path + ": " + error);
+  if (!picture.writePng(path, &error)) throw CommandError(error);
   std::printf("wrote %s (%dx%d)\n", path.c_str(), picture.width(), picture.height());
 }
 

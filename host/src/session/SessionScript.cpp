@@ -11,7 +11,8 @@
 #include <sstream>
 #include <vector>
 
-#include "NetworkFrameRenderer.h"
+#include "SceneFrameRenderer.h"
+#include "lwhost/NetworkFile.h"
 #include "lwhost/LayoutSession.h"
 
 namespace lwhost {
@@ -200,13 +201,19 @@ class Runner {
     } else if (what == "frame") {
       expect(line, 2, 2, "frame N");
       session_.goToFrame(whole(line, w[1], "a frame"));
-    } else if (what == "network") {
-      network(line);
+    } else if (what == "scene") {
+      scene(line);
+    } else if (what == "pictures") {
+      pictures(line);
     } else if (what == "render") {
       expect(line, 2, 4, "render FIRST [LAST [STEP]]");
       const int first = whole(line, w[1], "the first frame");
       const int last = w.size() > 2 ? whole(line, w[2], "the last frame") : first;
+      std::unique_ptr<SceneFrameRenderer> renderer;
+      if (!prefix_.empty()) renderer = std::make_unique<SceneFrameRenderer>(surfaces_, options_, prefix_);
+      session_.setRenderer(renderer.get());
       session_.render(first, last, w.size() > 3 ? whole(line, w[3], "the step") : 1);
+      session_.setRenderer(nullptr);
     } else if (what == "remove") {
       expect(line, 2, 2, "remove NAME");
       session_.removeMaster(w[1]);
@@ -217,42 +224,52 @@ class Runner {
       fail(line.number, what + " belongs under an options statement");
     } else {
       fail(line.number, "unknown statement " + what +
-                            " (module, master, options, command, load, save, frame, network, render, remove, quit)");
+                            " (module, master, options, command, frame, load, save, scene, pictures, render, "
+                            "remove, quit)");
     }
   }
 
-  // network FILE [-o PREFIX] [--size WxH]
-  void network(const Line& line) {
-    const auto& w = line.words;
-    if (w.size() < 2) fail(line.number, "expected: network FILE [-o PREFIX] [--size WxH]");
-    RenderOptions options;
-    std::string prefix;
-    for (std::size_t i = 2; i < w.size(); i += 2) {
-      if (i + 1 >= w.size()) fail(line.number, w[i] + " needs a value");
-      if (w[i] == "-o") {
-        prefix = path(line, w[i + 1]);
-      } else if (w[i] == "--size") {
-        const std::size_t x = w[i + 1].find('x');
-        if (x == std::string::npos) fail(line.number, "--size expects WxH, not " + w[i + 1]);
-        options.width = whole(line, w[i + 1].substr(0, x), "the width");
-        options.height = whole(line, w[i + 1].substr(x + 1), "the height");
-        if (options.width < 1 || options.height < 1 || options.width > Raster::kMaxSide ||
-            options.height > Raster::kMaxSide)
-          fail(line.number, "--size takes sides of 1 to " + std::to_string(Raster::kMaxSide));
-      } else {
-        fail(line.number, "unknown option " + w[i] + " for network (-o, --size)");
-      }
+  // scene FILE: a scene file as lwhost render takes it, built into the session.
+  void scene(const Line& line) {
+    expect(line, 2, 2, "scene FILE");
+    if (sceneBuilt_) fail(line.number, "a session holds one scene file");
+    if (session_.quitted()) fail(line.number, "scene after quit");
+    const Network parsed = ReadNetworkFile(path(line, line.words[1]));
+    if (!parsed.settings.scene) fail(line.number, parsed.file + " has no camera, objects or lights: it is not a scene");
+    surfaces_ = BuildNetwork(session_.session(), parsed).surfaces;
+    sceneBuilt_ = true;
+    const SceneSettings& s = parsed.settings;
+    if (s.width > 0) {
+      options_.width = s.width;
+      options_.height = s.height;
     }
-    if (renderer_) fail(line.number, "a session renders one network");
-    if (session_.quitted()) fail(line.number, "network after quit");
-    const Network parsed = ReadNetworkFile(path(line, w[1]));
-    renderer_ = std::make_unique<NetworkFrameRenderer>(BuildNetwork(session_.session(), parsed), options, prefix);
-    session_.setRenderer(renderer_.get());
+    if (s.depth >= 0) options_.depth = s.depth;
+    options_.threads = s.threads;
+    for (int i = 0; i < 3; ++i) options_.backdrop[i] = s.backdrop[i];
+  }
+
+  // pictures PREFIX [--size WxH]
+  void pictures(const Line& line) {
+    const auto& w = line.words;
+    if (w.size() != 2 && !(w.size() == 4 && w[2] == "--size")) fail(line.number, "expected: pictures PREFIX [--size WxH]");
+    prefix_ = path(line, w[1]);
+    if (w.size() == 4) {
+      const std::size_t x = w[3].find('x');
+      if (x == std::string::npos) fail(line.number, "--size expects WxH, not " + w[3]);
+      options_.width = whole(line, w[3].substr(0, x), "the width");
+      options_.height = whole(line, w[3].substr(x + 1), "the height");
+      if (options_.width < 1 || options_.height < 1 || options_.width > Raster::kMaxSide ||
+          options_.height > Raster::kMaxSide)
+        fail(line.number, "--size takes sides of 1 to " + std::to_string(Raster::kMaxSide));
+    }
   }
 
   LayoutSession& session_;
   std::string file_, baseDir_;
-  std::unique_ptr<NetworkFrameRenderer> renderer_;
+  bool sceneBuilt_ = false;
+  std::map<LWItemID, Surface> surfaces_;
+  SceneRenderOptions options_;
+  std::string prefix_;
 };
 
 }  // namespace
