@@ -39,3 +39,7 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+
+echo
+echo "== A Layout session with the Growl Notifier (the event stream it heard)"
+DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/notifier.session" --log -
