@@ -41,5 +41,13 @@ for frame in 12 24 48; do
 done
 
 echo
+echo "== A lit scene: the nodes on three spheres over a mirror floor, two lights with shadows"
+"$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
+
+echo
 echo "== A Layout session with the Growl Notifier (the event stream it heard)"
 DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/notifier.session" --log -
+
+echo
+echo "== Pictures written to $out"
+ls "$out"
