@@ -41,6 +41,14 @@ for frame in 12 24 48; do
 done
 
 echo
+echo "== A lit scene: the nodes on three spheres over a mirror floor, two lights with shadows"
+"$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
+
+echo
+echo "== A Layout session with the Growl Notifier (the event stream it heard)"
+DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/notifier.session" --log -
+
+echo
 echo "== Two Layout sessions with Command Statistics: the counts carry over in $out/settings"
 rm -rf "$out/settings" && mkdir -p "$out/settings"
 for run in 1 2; do
@@ -50,3 +58,7 @@ cat "$out/settings/CommandStats.txt"
 # Its panel, as Layout would show it with those counts in its settings folder.
 mkdir -p "$out/config/lwhost" && cp "$out/settings/CommandStats.txt" "$out/config/lwhost/"
 XDG_CONFIG_HOME=$(cd "$out" && pwd)/config "$lwhost" panel "$module" CommandStatistics -o "$out/panel-CommandStatistics.png"
+
+echo
+echo "== Pictures written to $out"
+ls "$out"

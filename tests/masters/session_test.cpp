@@ -74,6 +74,24 @@ TEST(LayoutSession, ClassicOptionsPlayTheScriptedClicks) {
   EXPECT_EQ(master.instance().description(), "row 2;press;file 9;");
 }
 
+TEST(LayoutSession, ScenesKeepTheirNameAndWhatTheHostDoesNotRead) {
+  const std::string dir = std::string(MASTER_TEST_DIR) + "/scenes";
+  std::filesystem::create_directories(dir);
+  const std::string text = "LWSC\n3\n\nFirstFrame 5\nLoadObjectLayer 1 Objects/ball.lwo\nFramesPerSecond 25\n";
+  std::ofstream(dir + "/shot.lws") << text;
+  lwhost::LayoutSession session;
+  session.loadScene(dir + "/shot.lws");
+  EXPECT_STREQ(session.session().scene().sceneInfo().name, "shot.lws");
+  EXPECT_EQ(session.session().scene().sceneInfo().frameStart, 5);
+  session.saveScene(dir + "/copy.lws");
+  EXPECT_STREQ(session.session().scene().sceneInfo().filename, (dir + "/copy.lws").c_str());
+  std::ifstream in(dir + "/copy.lws");
+  std::ostringstream copy;
+  copy << in.rdbuf();
+  const int last = session.session().scene().sceneInfo().frameEnd;
+  EXPECT_EQ(copy.str(), text + "LastFrame " + std::to_string(last) + "\n");
+}
+
 TEST(LayoutSession, FaultsNameTheScriptLine) {
   const struct {
     const char* script;

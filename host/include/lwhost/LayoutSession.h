@@ -23,7 +23,7 @@ class SessionError : public std::runtime_error {
 
 struct LayoutSessionOptions {
   bool screamerNet = false;       // a render node: no panels, only the render-complete notice
-  std::string settingsDirectory;  // empty: a fresh temporary folder, removed at the end
+  std::string settingsDirectory;  // an existing folder; empty: a fresh temporary one, removed at the end
 };
 
 // One thing the user does in a master's options panel.
@@ -77,7 +77,9 @@ class LayoutSession {
   // hear it follow once the round is over.
   void issueCommand(const std::string& line);
   // 0x115/0x116 around reading the scene file, 0x117/0x118 around writing it; the scene info's
-  // name (the file's name without folders) and file name follow.
+  // name (the file's name without folders) and file name follow. A save writes the lines of the
+  // scene last loaded, with the frame range and rate as they are now, so nothing of a real
+  // LightWave scene is lost.
   void loadScene(const std::string& path);
   void saveScene(const std::string& path);
   // Moves Layout's current frame and tells every instance (event 2).
@@ -108,10 +110,10 @@ class LayoutSession {
   std::map<std::string, ModuleFile*> modules_;
   std::vector<std::unique_ptr<MasterInstance>> masters_;
   std::vector<std::string> queued_;
+  std::vector<std::string> sceneLines_;  // the scene file last read, for what lwhost does not use
   FrameRenderer* renderer_ = nullptr;
   LogSink log_;
   std::size_t messagesSeen_ = 0;
-  bool delivering_ = false;
   bool quitted_ = false;
 };
 

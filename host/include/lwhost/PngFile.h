@@ -55,6 +55,7 @@ class PngFile {
   std::size_t used_ = 0;
   std::uint32_t adler_ = 1;
   bool finished_ = false;
+  bool opened_ = false;  // the zlib header went out with the first block
 };
 
 }  // namespace lwhost

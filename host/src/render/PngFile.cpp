@@ -53,8 +53,6 @@ PngFile::PngFile(const std::string& path, int width, int height)
   header[9] = 2;  // RGB
   header[10] = header[11] = header[12] = 0;  // deflate, filter method 0, not interlaced
   chunk("IHDR", header, sizeof header);
-  const unsigned char zlib[2] = {0x78, 0x01};  // deflate with a 32 KiB window; a multiple of 31
-  chunk("IDAT", zlib, sizeof zlib);
   // A full disk or a broken pipe shows now, not after the render.
   if (std::fflush(file_) != 0) fail(std::strerror(errno));
 }
@@ -82,21 +80,26 @@ void PngFile::chunk(const char type[4], const unsigned char* data, std::size_t s
 }
 
 void PngFile::flushBlock(bool last) {
-  // One stored block per IDAT chunk: 5 bytes of block header, then the bytes themselves.
+  // One stored block per IDAT chunk: 5 bytes of block header, then the bytes themselves; the
+  // first chunk opens with the zlib header (deflate, 32 KiB window; 0x7801 is a multiple of 31).
   const auto n = static_cast<std::uint16_t>(used_);
   const auto complement = static_cast<std::uint16_t>(~n);
   unsigned char* b = block_.data();
-  unsigned char head[5] = {static_cast<unsigned char>(last ? 1 : 0), static_cast<unsigned char>(n & 0xFF),
-                           static_cast<unsigned char>(n >> 8), static_cast<unsigned char>(complement & 0xFF),
-                           static_cast<unsigned char>(complement >> 8)};
+  const std::size_t skip = opened_ ? 2 : 0;
+  unsigned char prefixed[7] = {0x78, 0x01, static_cast<unsigned char>(last ? 1 : 0), static_cast<unsigned char>(n & 0xFF),
+                               static_cast<unsigned char>(n >> 8), static_cast<unsigned char>(complement & 0xFF),
+                               static_cast<unsigned char>(complement >> 8)};
+  unsigned char* head = prefixed + skip;
+  const std::size_t headSize = sizeof prefixed - skip;
+  opened_ = true;
   unsigned char length[8];
-  Be32(length, static_cast<std::uint32_t>(used_ + sizeof head));
+  Be32(length, static_cast<std::uint32_t>(used_ + headSize));
   std::memcpy(length + 4, "IDAT", 4);
   put(length, sizeof length);
-  put(head, sizeof head);
+  put(head, headSize);
   put(b, used_);
   unsigned char crc[4];
-  Be32(crc, png::Crc32(b, used_, png::Crc32(head, sizeof head, png::Crc32(length + 4, 4))));
+  Be32(crc, png::Crc32(b, used_, png::Crc32(head, headSize, png::Crc32(length + 4, 4))));
   put(crc, sizeof crc);
   used_ = 0;
 }

@@ -11,4 +11,5 @@ target_sources(lwhost_core PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/RayTracer.cpp
   ${CMAKE_CURRENT_LIST_DIR}/RenderWorld.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SceneLines.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/SceneRenderer.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/SceneRenderer.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SphereGrid.cpp)

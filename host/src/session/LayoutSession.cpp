@@ -1,5 +1,6 @@
 #include "lwhost/LayoutSession.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -77,6 +78,9 @@ std::string FreshSettingsDirectory() {
 
 LayoutSession::LayoutSession(LayoutSessionOptions options) : options_(std::move(options)) {
   settings_ = options_.settingsDirectory;
+  std::error_code ec;
+  if (!settings_.empty() && !std::filesystem::is_directory(settings_, ec))
+    throw SessionError("the settings folder " + Quoted(settings_) + " does not exist");
   if (settings_.empty()) {
     settings_ = FreshSettingsDirectory();
     ownSettings_ = true;
@@ -162,9 +166,8 @@ void LayoutSession::removeMaster(const std::string& name) {
 }
 
 void LayoutSession::sendEvent(int code, void* data) {
-  // A plug-in may remove nothing while hearing an event, but it may evaluate commands, which
-  // are queued; so the list stays put while we walk it.
-  delivering_ = true;
+  // Commands plug-ins evaluate while hearing an event are queued, so the list stays put while
+  // it is walked.
   for (auto& master : masters_) {
     bool wanted = master->wants(code);
     logMessages();
@@ -180,7 +183,6 @@ void LayoutSession::sendEvent(int code, void* data) {
     log("event " + Quoted(master->name()) + " " + Hex(code) + DataText(code, data) + " -> " + NumberText(result));
     logMessages();
   }
-  delivering_ = false;
 }
 
 int LayoutSession::Evaluate(void* data, const char* command) {
@@ -218,7 +220,9 @@ void LayoutSession::loadScene(const std::string& path) {
   if (!in || !std::getline(in, header)) throw SessionError("cannot read scene " + Quoted(path));
   if (header != "LWSC") throw SessionError(Quoted(path) + " is not a LightWave scene (it does not start with LWSC)");
   Scene& scene = session_->scene();
+  sceneLines_.assign(1, header);
   for (std::string line; std::getline(in, line);) {
+    sceneLines_.push_back(line);
     std::istringstream words(line);
     std::string key;
     double value = 0;
@@ -241,9 +245,20 @@ void LayoutSession::saveScene(const std::string& path) {
   std::string name = path;
   sendEvent(LWEVNT_NOTIFY_SCENE_SAVE_STARTING, name.data());
   const LWSceneInfo& info = session_->scene().sceneInfo();
-  std::ofstream out(path, std::ios::trunc);
-  out << "LWSC\n3\n\nFirstFrame " << info.frameStart << "\nLastFrame " << info.frameEnd << "\nFramesPerSecond "
-      << info.framesPerSecond << "\n";
+  std::ostringstream number;
+  number << info.framesPerSecond;
+  const std::pair<std::string, std::string> keys[] = {{"FirstFrame", std::to_string(info.frameStart)},
+                                                      {"LastFrame", std::to_string(info.frameEnd)},
+                                                      {"FramesPerSecond", number.str()}};
+  std::vector<std::string> lines = sceneLines_.empty() ? std::vector<std::string>{"LWSC", "3", ""} : sceneLines_;
+  for (const auto& [key, value] : keys) {
+    auto same = [&](const std::string& line) { return line.rfind(key + " ", 0) == 0; };
+    auto at = std::find_if(lines.begin(), lines.end(), same);
+    if (at == lines.end()) at = lines.insert(lines.end(), "");
+    *at = key + " " + value;
+  }
+  std::ofstream out(path, std::ios::trunc | std::ios::binary);
+  for (const std::string& line : lines) out << line << '\n';
   out.close();
   if (!out) throw SessionError("cannot write scene " + Quoted(path));
   session_->scene().setName(std::filesystem::path(path).filename().string());

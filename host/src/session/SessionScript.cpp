@@ -210,7 +210,14 @@ class Runner {
       const int first = whole(line, w[1], "the first frame");
       const int last = w.size() > 2 ? whole(line, w[2], "the last frame") : first;
       std::unique_ptr<SceneFrameRenderer> renderer;
-      if (!prefix_.empty()) renderer = std::make_unique<SceneFrameRenderer>(surfaces_, options_, prefix_);
+      if (!prefix_.empty()) {
+        SceneRenderOptions options = options_;
+        if (width_ > 0) {
+          options.width = width_;
+          options.height = height_;
+        }
+        renderer = std::make_unique<SceneFrameRenderer>(surfaces_, options, prefix_);
+      }
       session_.setRenderer(renderer.get());
       session_.render(first, last, w.size() > 3 ? whole(line, w[3], "the step") : 1);
       session_.setRenderer(nullptr);
@@ -256,10 +263,9 @@ class Runner {
     if (w.size() == 4) {
       const std::size_t x = w[3].find('x');
       if (x == std::string::npos) fail(line.number, "--size expects WxH, not " + w[3]);
-      options_.width = whole(line, w[3].substr(0, x), "the width");
-      options_.height = whole(line, w[3].substr(x + 1), "the height");
-      if (options_.width < 1 || options_.height < 1 || options_.width > Raster::kMaxSide ||
-          options_.height > Raster::kMaxSide)
+      width_ = whole(line, w[3].substr(0, x), "the width");
+      height_ = whole(line, w[3].substr(x + 1), "the height");
+      if (width_ < 1 || height_ < 1 || width_ > Raster::kMaxSide || height_ > Raster::kMaxSide)
         fail(line.number, "--size takes sides of 1 to " + std::to_string(Raster::kMaxSide));
     }
   }
@@ -268,8 +274,9 @@ class Runner {
   std::string file_, baseDir_;
   bool sceneBuilt_ = false;
   std::map<LWItemID, Surface> surfaces_;
-  SceneRenderOptions options_;
+  SceneRenderOptions options_;  // the scene file's
   std::string prefix_;
+  int width_ = 0, height_ = 0;  // pictures --size, over the scene file's
 };
 
 }  // namespace
