@@ -33,7 +33,8 @@ class CommandStatsTest : public ::testing::Test {
   // Quits unless `stay`.
   Rows play(const char* stats, const std::string& script, bool stay = false, const std::string& settings = "") {
     if (stats) std::ofstream(file()) << stats;
-    layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, settings.empty() ? dir : settings});
+    layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, dir});
+    if (!settings.empty()) layout->session().scene().directories().setSettingsDirectory(settings);
     layout->setLog([this](const std::string& line) { log += line + "\n"; });
     lwhost::RunSessionScript(*layout, "module vorn " VORN_MODULE_PATH "\nmaster vorn CommandStatistics\n" + script, "test", dir);
     EXPECT_EQ(layout->findMaster("CommandStatistics")->flags(), unsigned{LWMASTF_LAYOUT});
