@@ -55,5 +55,20 @@ echo "== Lit scenes, on every core"
 "$lwhost" render "$examples/camera-rays-boost.scene" -o "$out/camera-rays-boost.png"
 
 echo
+echo "== A Layout session with the Growl Notifier (the event stream it heard)"
+DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/notifier.session" --log -
+
+echo
+echo "== Two Layout sessions with Command Statistics: the counts carry over in $out/settings"
+rm -rf "$out/settings" && mkdir -p "$out/settings"
+for run in 1 2; do
+  DEMO_OUT=$(cd "$out" && pwd) "$lwhost" session "$examples/command-stats.session" --settings "$out/settings"
+done
+cat "$out/settings/CommandStats.txt"
+# Its panel, as Layout would show it with those counts in its settings folder.
+mkdir -p "$out/config/lwhost" && cp "$out/settings/CommandStats.txt" "$out/config/lwhost/"
+XDG_CONFIG_HOME=$(cd "$out" && pwd)/config "$lwhost" panel "$module" CommandStatistics -o "$out/panel-CommandStatistics.png"
+
+echo
 echo "== Pictures written to $out"
 ls "$out"

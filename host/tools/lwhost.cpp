@@ -10,6 +10,7 @@
 #include "lwhost/NetworkFile.h"
 #include "lwhost/Raster.h"
 #include "lwhost/ServerTable.h"
+#include "lwhost/SessionScript.h"
 
 namespace lwhost::tools {
 
@@ -23,7 +24,9 @@ const char kUsage[] =
     "       lwhost render NETWORK -o FILE.png [--size WxH] [--frame N]\n"
     "         render a node network file onto a sphere (format: host/RENDERING.md)\n"
     "       lwhost render SCENE -o FILE.png [--size WxH] [--frame N | --frames A-B] [--threads N]\n"
-    "         ray-trace a scene file's objects and lights; a range writes one file a frame (out_%04d.png)\n";
+    "         ray-trace a scene file's objects and lights; a range writes one file a frame (out_%04d.png)\n"
+    "       lwhost session SCRIPT [--settings DIR] [--log FILE|-] [--screamernet]\n"
+    "         play a Layout session: masters, commands, scenes, renders (format: host/SESSIONS.md)\n";
 
 // Messages may quote plug-in texts and file contents: line breaks and other control bytes
 // become blanks, so that an error stays one readable line.
@@ -72,10 +75,14 @@ int main(int argc, char** argv) {
     if (command == "servers") return ServersCommand(args);
     if (command == "panel") return PanelCommand(args);
     if (command == "render") return RenderCommand(args);
-    throw UsageError("unknown command " + command + " (servers, panel or render)");
+    if (command == "session") return SessionCommand(args);
+    throw UsageError("unknown command " + command + " (servers, panel, render or session)");
   } catch (const UsageError& e) {
     std::fprintf(stderr, "lwhost: %s; see lwhost --help\n", OneLine(e.what()).c_str());
     return 2;
+  } catch (const lwhost::ScriptError& e) {
+    std::fprintf(stderr, "%s\n", OneLine(e.what()).c_str());
+    return 1;
   } catch (const lwhost::NetworkError& e) {
     // Compiler style, so that editors can jump to the line.
     std::fprintf(stderr, "%s\n", OneLine(e.what()).c_str());
