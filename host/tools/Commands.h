@@ -31,6 +31,7 @@ class CommandError : public std::runtime_error {
 int ServersCommand(const std::vector<std::string>& args);
 int PanelCommand(const std::vector<std::string>& args);
 int RenderCommand(const std::vector<std::string>& args);
+int ValidateCommand(const std::vector<std::string>& args);
 
 // Writes the picture and says so on stdout ("wrote FILE (WxH)"); a CommandError when the file
 // cannot be written.

@@ -21,7 +21,9 @@ const char kUsage[] =
     "       lwhost panel MODULE SERVER -o FILE.png [--set \"Label=value\"]... [--modeler] [--version 9.6]\n"
     "         draw the panel of a node or master server, after typing in the values given\n"
     "       lwhost render NETWORK -o FILE.png [--size WxH] [--frame N]\n"
-    "         render a node network file onto a sphere (format: host/RENDERING.md)\n";
+    "         render a node network file onto a sphere (format: host/RENDERING.md)\n"
+    "       lwhost validate MODULE [--server NAME] [--seed N] [--level 1..5]\n"
+    "         run every check on every server of the module, each in a process of its own\n";
 
 // Messages may quote plug-in texts and file contents: line breaks and other control bytes
 // become blanks, so that an error stays one readable line.
@@ -70,7 +72,8 @@ int main(int argc, char** argv) {
     if (command == "servers") return ServersCommand(args);
     if (command == "panel") return PanelCommand(args);
     if (command == "render") return RenderCommand(args);
-    throw UsageError("unknown command " + command + " (servers, panel or render)");
+    if (command == "validate") return ValidateCommand(args);
+    throw UsageError("unknown command " + command + " (servers, panel, render or validate)");
   } catch (const UsageError& e) {
     std::fprintf(stderr, "lwhost: %s; see lwhost --help\n", OneLine(e.what()).c_str());
     return 2;
