@@ -37,10 +37,14 @@ void Randomise(ServerProbe& probe, HandlerInstance& instance, unsigned long seed
   if (randomise) probe.exercisePanel(instance, seed);
 }
 
-// Everything a user of the instance does: render, show, store; what failed, or empty.
+// Everything a user of the instance does: render, show, store; what failed, or empty. A host
+// without panel services (ScreamerNet, or one that withholds them) shows no panels.
 std::string UseInstance(ServerProbe& probe, HandlerInstance& instance, unsigned long seed) {
   probe.render();
-  probe.exercisePanel(instance, seed);
+  Host& host = probe.session().host();
+  if (host.application() != Application::ScreamerNet && host.globals().peek(LWXPANELFUNCS_GLOBAL) &&
+      host.globals().peek(LWPANELFUNCS_GLOBAL))
+    probe.exercisePanel(instance, seed);
   for (IOMode mode : {IOMode::Ascii, IOMode::Binary}) {
     std::string error;
     const std::string saved = instance.save(mode, &error);

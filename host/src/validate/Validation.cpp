@@ -1,5 +1,8 @@
 #include "lwhost/Validation.h"
 
+#include <lwnodes.h>
+#include <lwvparm.h>
+
 #include <functional>
 #include <sstream>
 #include <string>
@@ -17,6 +20,17 @@ struct Check {
   std::string title;
   std::function<Outcome()> body;
 };
+
+// The services a host cannot lack and still run servers of a class: the node editor's own
+// tables, and the animatable parameters every node panel and scene file rests on.
+bool AlwaysOffered(const std::string& className, const std::string& service) {
+  static const char* const kNodeServices[] = {LWNODEFUNCS_GLOBAL, "NodeInputFuncs", LWNODEINPUTFUNCS_GLOBAL,
+                                              LWNODEOUTPUTFUNCS_GLOBAL, LWNODEUTILITYFUNCS_GLOBAL, LWVPARMFUNCS_GLOBAL};
+  if (className != LWNODE_HCLASS) return false;
+  for (const char* name : kNodeServices)
+    if (service == name) return true;
+  return false;
+}
 
 // Plans the checks of one record at a level. The global services withheld are those the
 // server asked for when used normally, learned in a run of their own.
@@ -36,8 +50,14 @@ std::vector<Check> ChecksFor(const Target& t, const ValidationOptions& o) {
     checks.push_back({"load damaged data", [=] { return CheckDamagedLoad(t, seed, 40 * level); }});
     const Outcome learned = RunIsolated([=] { return LearnServices(t, seed); }, o.timeoutSeconds);
     std::istringstream names(learned.text);
-    for (std::string name; std::getline(names, name);)
-      if (!name.empty()) checks.push_back({"without \"" + name + "\"", [=] { return CheckWithheld(t, name, seed); }});
+    for (std::string name; std::getline(names, name);) {
+      if (name.empty()) continue;
+      const std::string title = "without \"" + name + "\"";
+      if (AlwaysOffered(t.className, name))
+        checks.push_back({title, [=] { return Skip("LightWave offers it wherever it runs " + t.className + " servers"); }});
+      else
+        checks.push_back({title, [=] { return CheckWithheld(t, name, seed); }});
+    }
   }
   if (level >= 4) {
     checks.push_back({"as Modeler", [=] { return CheckProgram(t, Application::Modeler, seed); }});
