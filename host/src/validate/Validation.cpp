@@ -49,7 +49,9 @@ std::vector<Check> ChecksFor(const Target& t, const ValidationOptions& o) {
   if (level >= 3) {
     checks.push_back({"load damaged data", [=] { return CheckDamagedLoad(t, seed, 40 * level); }});
     const Outcome learned = RunIsolated([=] { return LearnServices(t, seed); }, o.timeoutSeconds);
-    std::istringstream names(learned.text);
+    if (learned.verdict != Verdict::Pass)
+      checks.push_back({"global services withheld in turn", [=] { return learned; }});
+    std::istringstream names(learned.verdict == Verdict::Pass ? learned.text : "");
     for (std::string name; std::getline(names, name);) {
       if (name.empty()) continue;
       const std::string title = "without \"" + name + "\"";
