@@ -1,7 +1,6 @@
 #include "lwhost/ModuleFile.h"
 
 #include <fstream>
-#include <iterator>
 #include <sstream>
 #include <sys/stat.h>
 
@@ -67,7 +66,9 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
   {
     std::ifstream in(path, std::ios::binary);
     if (!in) fail("cannot be read");
-    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::string bytes(static_cast<std::size_t>(st.st_size), '\0');
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
     const std::string damage = CheckImage(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
     if (!damage.empty()) fail(damage);
   }
