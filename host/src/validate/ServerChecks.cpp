@@ -3,13 +3,11 @@
 #include <lwpanel.h>
 #include <lwxpanel.h>
 
-#include <algorithm>
 #include <climits>
 #include <limits>
 #include <random>
 #include <set>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "lwhost/NodalAccess.h"
@@ -292,6 +290,10 @@ Outcome CheckPanel(const Target& target, unsigned long seed) {
     const std::string problem = probe.exercisePanel(*instance, seed + i);
     if (!problem.empty()) return Fail(problem);
   }
+  // The host notes every call it had to refuse: stale handles, unknown ids, bad arguments.
+  const std::vector<std::string>& misuse = probe.session().xpanels().problems();
+  if (!misuse.empty())
+    return Fail("the panel service refused " + std::to_string(misuse.size()) + " call(s), first: " + misuse.front());
   return Pass();
 }
 
