@@ -13,8 +13,12 @@ function(vorn_add_plugin_module target output_name)
   target_link_libraries(${target} PRIVATE hostkit)
   if(NOT WIN32 AND NOT APPLE)
     # Instantiations from the standard headers default to visible; the script keeps them local.
-    target_link_options(${target} PRIVATE
-      "-Wl,--version-script=${PROJECT_SOURCE_DIR}/module/exports.map" -Wl,--no-undefined)
+    target_link_options(${target} PRIVATE "-Wl,--version-script=${PROJECT_SOURCE_DIR}/module/exports.map")
+    # clang links its sanitizer runtimes into the executable only, so an instrumented module
+    # leaves their symbols for the host to provide.
+    if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND (VORN_SANITIZE OR VORN_FUZZ)))
+      target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
   endif()
   # Let the host unload the module for real, so each load starts from fresh statics.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -1,9 +1,11 @@
 #include "lwhost/ModuleFile.h"
 
+#include <fstream>
 #include <sstream>
 #include <sys/stat.h>
 
 #include "lwhost/Host.h"
+#include "lwhost/ModuleImage.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -16,8 +18,13 @@ namespace lwhost {
 namespace {
 
 #ifdef _WIN32
+const auto CheckImage = CheckPeImage;
+// A name without a folder would be looked for along the DLL search path.
+std::string AsPath(const std::string& path) {
+  return path.find_first_of("/\\:") == std::string::npos ? ".\\" + path : path;
+}
 void* OpenLibrary(const std::string& path, std::string& error) {
-  HMODULE h = LoadLibraryA(path.c_str());
+  HMODULE h = LoadLibraryA(AsPath(path).c_str());
   if (!h) error = "not a loadable module (error " + std::to_string(GetLastError()) + ")";
   return h;
 }
@@ -26,9 +33,12 @@ void* Symbol(void* lib, const char* name) {
 }
 void CloseLibrary(void* lib) { FreeLibrary(static_cast<HMODULE>(lib)); }
 #else
+const auto CheckImage = CheckElfImage;
+// dlopen takes a name without a slash as a library to search for, not a file here.
+std::string AsPath(const std::string& path) { return path.find('/') == std::string::npos ? "./" + path : path; }
 void* OpenLibrary(const std::string& path, std::string& error) {
   // Each module keeps its own symbols, as LightWave loads many modules side by side.
-  void* h = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  void* h = dlopen(AsPath(path).c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!h) {
     const char* why = dlerror();
     error = std::string("not a loadable module (") + (why ? why : "unknown reason") + ")";
@@ -53,6 +63,15 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
   struct stat st {};
   if (stat(path.c_str(), &st) != 0) fail("no such file");
   if (!S_ISREG(st.st_mode)) fail("not a regular file");
+  {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) fail("cannot be read");
+    std::string bytes(static_cast<std::size_t>(st.st_size), '\0');
+    in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(in.gcount()));
+    const std::string damage = CheckImage(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+    if (!damage.empty()) fail(damage);
+  }
 
   std::string error;
   library_ = OpenLibrary(path, error);

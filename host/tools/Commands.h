@@ -32,6 +32,7 @@ int ServersCommand(const std::vector<std::string>& args);
 int PanelCommand(const std::vector<std::string>& args);
 int RenderCommand(const std::vector<std::string>& args);
 int SessionCommand(const std::vector<std::string>& args);
+int ValidateCommand(const std::vector<std::string>& args);
 
 // Writes the picture and says so on stdout ("wrote FILE (WxH)"); a CommandError when the file
 // cannot be written.

@@ -26,7 +26,9 @@ const char kUsage[] =
     "       lwhost render SCENE -o FILE.png [--size WxH] [--frame N | --frames A-B] [--threads N]\n"
     "         ray-trace a scene file's objects and lights; a range writes one file a frame (out_%04d.png)\n"
     "       lwhost session SCRIPT [--settings DIR] [--log FILE|-] [--screamernet]\n"
-    "         play a Layout session: masters, commands, scenes, renders (format: host/SESSIONS.md)\n";
+    "         play a Layout session: masters, commands, scenes, renders (format: host/SESSIONS.md)\n"
+    "       lwhost validate MODULE [--server NAME] [--seed N] [--level 1..5]\n"
+    "         run every check on every server of the module, each in a process of its own\n";
 
 // Messages may quote plug-in texts and file contents: line breaks and other control bytes
 // become blanks, so that an error stays one readable line.
@@ -76,7 +78,8 @@ int main(int argc, char** argv) {
     if (command == "panel") return PanelCommand(args);
     if (command == "render") return RenderCommand(args);
     if (command == "session") return SessionCommand(args);
-    throw UsageError("unknown command " + command + " (servers, panel, render or session)");
+    if (command == "validate") return ValidateCommand(args);
+    throw UsageError("unknown command " + command + " (servers, panel, render, session or validate)");
   } catch (const UsageError& e) {
     std::fprintf(stderr, "lwhost: %s; see lwhost --help\n", OneLine(e.what()).c_str());
     return 2;

@@ -375,7 +375,8 @@ int BlockReader::readString(char* buffer, int max) {
   const std::size_t kept = std::min(length, static_cast<std::size_t>(max) - 1);
   std::memcpy(buffer, data_.data() + begin, kept);
   buffer[kept] = '\0';
-  return static_cast<int>(kept);
+  // A text token may hold a NUL; the caller gets the length of the string it can see.
+  return static_cast<int>(std::strlen(buffer));
 }
 
 LWID BlockReader::readIdent(const LWBlockIdent* list) {

@@ -1,0 +1,77 @@
+// The host's answers to bad input: a module file cut short is refused before the system loader
+// maps it, a module named without a folder is a file, not a library to search for, and a
+// string holding a NUL reads as what the plug-in can see of it.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "CliSupport.h"
+#include "lwhost/BlockReader.h"
+#include "lwhost/ModuleImage.h"
+
+namespace {
+
+using cli::Lwhost;
+using cli::ShellQuoted;
+namespace fs = std::filesystem;
+
+TEST(BadInput, ModuleCutShortIsRefusedWithOneLineByEveryCommand) {
+  const std::string cut = cli::OutputPath("cut.p");
+  std::ofstream(cut, std::ios::binary) << cli::ReadFile(testpaths::kVorn).substr(0, 4096);
+  const std::string network = cli::OutputPath("cut.net");
+  std::ofstream(network) << "module m " << cut << "\nnode n = m SimpleColourCorrector\noutput n.Colour\n";
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"servers", cut}, {"panel", cut, "SimpleColourCorrector", "-o", cli::OutputPath("cut.png")},
+        {"render", network, "-o", cli::OutputPath("cut.png")}}) {
+    const CommandResult r = Lwhost(command);
+    EXPECT_EQ(r.status, 1) << command[0] << ": " << r.output;
+    EXPECT_NE(r.output.find(cut + ": truncated ELF file (4096 bytes, but segment "), std::string::npos) << r.output;
+    EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), 1) << r.output;
+  }
+}
+
+TEST(BadInput, PeSectionsPastTheEndAreFound) {
+  std::vector<unsigned char> image(0x400, 0);
+  image[0] = 'M', image[1] = 'Z', image[0x3C] = 0x40;
+  std::memcpy(&image[0x40], "PE\0\0", 4);
+  image[0x46] = 1;                                   // one section, no optional header
+  image[0x58 + 17] = 0x02, image[0x58 + 21] = 0x02;  // 0x200 bytes from offset 0x200
+  EXPECT_EQ(lwhost::CheckPeImage(image.data(), image.size()), "");
+  EXPECT_EQ(lwhost::CheckPeImage(image.data(), 0x300),
+            "truncated PE file (768 bytes, but section 0 ends at byte 1024)");
+  EXPECT_EQ(lwhost::CheckPeImage(image.data(), 0x60), "truncated PE file (the section table lies past its end)");
+  EXPECT_EQ(lwhost::CheckElfImage(image.data(), image.size()), "");  // not ELF: the loader's to judge
+}
+
+TEST(BadInput, ModulePathsWithoutAFolderAreFilesInTheCurrentOrNetworkFolder) {
+  const fs::path dir = fs::path(CLI_TEST_OUTPUT_DIR) / "here";
+  fs::create_directories(dir);
+  fs::copy_file(testpaths::kVorn, dir / "vorn.p", fs::copy_options::overwrite_existing);
+  std::ofstream(dir / "net.txt") << "module vorn ./vorn.p\nnode c = Color 1 0 0\nnode cc = vorn SimpleColourCorrector\n"
+                                    "connect c.Color -> cc.Colour\noutput cc.Colour\n";
+  const std::string lwhost = ShellQuoted(LWHOST_PATH);
+  CommandResult r = RunCommand("cd " + ShellQuoted(dir.string()) + " && " + lwhost + " servers vorn.p");
+  EXPECT_EQ(r.status, 0) << r.output;
+  EXPECT_NE(r.output.find("SimpleColourCorrector"), std::string::npos) << r.output;
+  r = RunCommand("cd " + ShellQuoted(dir.string()) + " && " + lwhost + " render net.txt -o out.png --size 8x8");
+  EXPECT_EQ(r.status, 0) << r.output;
+  r = RunCommand("cd / && " + lwhost + " render " + ShellQuoted((dir / "net.txt").string()) + " -o " +
+                 ShellQuoted((dir / "out2.png").string()) + " --size 8x8");
+  EXPECT_EQ(r.status, 0) << r.output;
+}
+
+TEST(BadInput, TextStringWithANulReadsAsTheStringBeforeIt) {
+  lwhost::BlockReader reader(lwhost::IOMode::Ascii, std::string("a\0b c\n", 6));
+  const LWLoadState* state = reader.state();
+  char buffer[16];
+  EXPECT_EQ(state->readStr(state->readData, buffer, sizeof buffer), 1);
+  EXPECT_STREQ(buffer, "a");
+  EXPECT_EQ(state->readStr(state->readData, buffer, sizeof buffer), 1);
+  EXPECT_STREQ(buffer, "c");
+}
+
+}  // namespace
