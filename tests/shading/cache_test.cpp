@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "lwhost/Session.h"
@@ -180,6 +181,36 @@ TEST_F(CacheTest, KeepsPassThroughInScenesAndCopies) {
   lwhost::PluginNode& copy = editor.addPluginNode(vorn, "vornCache");
   ASSERT_EQ(copy.instance().copyFrom(cache.instance()), "");
   EXPECT_EQ(copy.instance().save(lwhost::IOMode::Binary), on);
+}
+
+// Two threads shade the same spots at once: each goes upstream once per spot, into its own
+// slot (ThreadSanitizer watches this one too), while a Single Light Lambert lights the spots.
+TEST_F(CacheTest, RendersOnTwoThreadsAtOnce) {
+  lwhost::PluginNode& lambert = editor.addPluginNode(vorn, "vornSingleLambertNode");
+  session.scene().addLight("Key");
+  ASSERT_TRUE(session.xpanels().find(lambert.activateInterface().local.panel)->choose(0x9000, 1));
+  ASSERT_EQ(cache.init(LWINIT_RENDER), "");
+  constexpr int kSpots = 3000;
+  auto render = [&](int thread) {
+    LWNodalAccess a = access;
+    a.ResourceContextIndex = thread;
+    a.illuminate = [](LWItemID, const LWDVector, LWDVector dir, LWDVector col) {
+      dir[2] = -0.5, col[0] = col[1] = col[2] = 1.0;
+      return 1;
+    };
+    for (int i = 0; i < kSpots; ++i) {
+      a.wPos[0] = i;
+      Colour c{}, lit{};
+      for (int twice = 0; twice < 2; ++twice) editor.evaluate(cache, "Colour", a, c.data(), NOT_COLOR);
+      editor.evaluate(lambert, "Colour", a, lit.data(), NOT_COLOR);
+      if (c != Colour{0.25, 0.5, 0.75} || lit != Colour{0.5, 0.5, 0.5}) ADD_FAILURE() << "thread " << thread << " spot " << i;
+    }
+  };
+  colour.resetEvaluations();
+  std::thread other(render, 1);
+  render(0);
+  other.join();
+  EXPECT_EQ(colour.evaluations(), 2u * kSpots);
 }
 
 }  // namespace
