@@ -255,6 +255,177 @@ typedef struct st_LWComponentTimingInfo {
   double stride;
 } LWComponentTimingInfo;
 
+typedef struct st_LWFrameTimingInfo {
+  LWComponentTimingInfo frame;
+  LWComponentTimingInfo fields;
+  LWComponentTimingInfo steps;
+  LWComponentTimingInfo scanlines;
+  LWComponentTimingInfo pixels;
+} LWFrameTimingInfo;
+
+/* ---- Object info ---- */
+
+#define LWOBJECTINFO_GLOBAL "LW Object Info 7"
+
+typedef struct st_LWObjectInfo {
+  const char *(*filename)(LWItemID object);
+  int (*numPoints)(LWItemID object);
+  int (*numPolygons)(LWItemID object);
+  unsigned int (*shadowOpts)(LWItemID object);
+  double (*dissolve)(LWItemID object, LWTime t);
+  LWMeshInfoID (*meshInfo)(LWItemID object, int frozen);
+  unsigned int (*flags)(LWItemID object);
+  double (*fog)(LWItemID object, LWTime t);
+  LWTextureID (*dispMap)(LWItemID object);
+  LWTextureID (*clipMap)(LWItemID object);
+  void (*patchLevel)(LWItemID object, int *display, int *render);
+  void (*metaballRes)(LWItemID object, double *display, double *render);
+  LWItemID (*boneSource)(LWItemID object);
+  LWItemID (*morphTarget)(LWItemID object);
+  double (*morphAmount)(LWItemID object, LWTime t);
+  unsigned int (*edgeOpts)(LWItemID object);
+  void (*edgeColor)(LWItemID object, LWTime t, LWDVector color);
+  int (*subdivOrder)(LWItemID object);
+  double (*polygonSize)(LWItemID object, LWTime t);
+  int (*excluded)(LWItemID object, LWItemID light);
+  void (*matteColor)(LWItemID object, LWTime t, LWDVector color);
+  double (*thickness)(LWItemID object, LWTime t, int type);
+  double (*edgeZScale)(LWItemID object, LWTime t);
+  double (*shrinkEdgesNominalDistance)(LWItemID object, LWTime t); /* version 5 */
+  double (*maxDissolveDistance)(LWItemID object);                  /* version 6 */
+  double (*bumpDistance)(LWItemID object);                         /* version 6 */
+  unsigned int (*getGroupIndex)(LWItemID object);                  /* version 7 */
+  int (*dispMapOrder)(LWItemID object);
+  int (*bumpOrder)(LWItemID object);
+  NodeEditorID (*getNodeEditor)(LWItemID object);
+  int (*nodeOrder)(LWItemID object);
+  void (*bounds)(LWItemID object, LWDVector min, LWDVector max);
+  double (*shadowoffsetdistance)(LWItemID object);
+} LWObjectInfo;
+
+/* shadowOpts() */
+#define LWOSHAD_SELF (1 << 0)
+#define LWOSHAD_CAST (1 << 1)
+#define LWOSHAD_RECEIVE (1 << 2)
+
+/* flags() of an object */
+#define LWOBJF_UNSEEN_BY_CAMERA (1 << 0)
+#define LWOBJF_UNSEEN_BY_RAYS (1 << 1)
+#define LWOBJF_UNAFFECT_BY_FOG (1 << 2)
+#define LWOBJF_MORPH_MTSE (1 << 3)
+#define LWOBJF_MORPH_SURFACES (1 << 4)
+#define LWOBJF_MATTE (1 << 5)
+#define LWOBJF_UNSEEN_BY_ALPHA (1 << 6)
+#define LWOBJF_ALPHA_CONSTANT_BLACK (1 << 7)
+#define LWOBJF_DISTANCEDISSOLVE (1 << 8)
+#define LWOBJF_BUMPENABLE (1 << 9)
+#define LWOBJF_FASTERBONES (1 << 10)
+#define LWOBJF_USEMORPHEDPOSITIONS (1 << 11)
+#define LWOBJF_CONTAINS1POINTPOLYGONS (1 << 12)
+#define LWOBJF_CONTAINSPATCHES (1 << 13)
+#define LWOBJF_CONTAINSMETABALLS (1 << 14)
+#define LWOBJF_CONTAINSPARTIGONS (1 << 15)
+#define LWOBJF_CONTAINSCUSTOMPOLYGONS (1 << 16)
+#define LWOBJF_NODEDISPENABLED (1 << 17)
+#define LWOBJF_NODEFORMERSAPPLIED (1 << 18)
+#define LWOBJF_UNSEEN_BY_RADIOSITY (1 << 19)
+
+/* ---- Light info ---- */
+
+#define LWLIGHTINFO_GLOBAL "LW Light Info 5"
+
+typedef struct st_LWLightInfo {
+  void (*ambient)(LWTime t, LWDVector color);
+  int (*type)(LWItemID light);
+  void (*color)(LWItemID light, LWTime t, LWDVector color); /* colour times intensity */
+  int (*shadowType)(LWItemID light);
+  void (*coneAngles)(LWItemID light, LWTime t, double *radius, double *edge);
+  unsigned int (*flags)(LWItemID light);
+  double (*range)(LWItemID light, LWTime t);
+  int (*falloff)(LWItemID light);
+  LWImageID (*projImage)(LWItemID light);
+  int (*shadMapSize)(LWItemID light);
+  double (*shadMapAngle)(LWItemID light, LWTime t);
+  double (*shadMapFuzz)(LWItemID light, LWTime t);
+  int (*quality)(LWItemID light, LWTime t);
+  void (*rawColor)(LWItemID light, LWTime t, LWDVector color);
+  double (*intensity)(LWItemID light, LWTime t);
+  void (*shadowColor)(LWItemID light, LWTime t, LWDVector color);
+  double (*ambientIntensity)(LWTime t);
+  void (*ambientRaw)(LWTime t, LWDVector color);
+} LWLightInfo;
+
+#define LWLIGHT_DISTANT 0
+#define LWLIGHT_POINT 1
+#define LWLIGHT_SPOT 2
+#define LWLIGHT_LINEAR 3
+#define LWLIGHT_AREA 4
+#define LWLIGHT_CUSTOM 100
+
+#define LWLSHAD_OFF 0
+#define LWLSHAD_RAYTRACE 1
+#define LWLSHAD_MAP 2
+
+#define LWLFL_LIMITED_RANGE (1 << 0)
+#define LWLFL_NO_DIFFUSE (1 << 1)
+#define LWLFL_NO_SPECULAR (1 << 2)
+#define LWLFL_NO_CAUSTICS (1 << 3)
+#define LWLFL_LENS_FLARE (1 << 4)
+#define LWLFL_VOLUMETRIC (1 << 5)
+#define LWLFL_NO_OPENGL (1 << 6)
+#define LWLFL_FIT_CONE (1 << 7)
+#define LWLFL_CACHE_SHAD_MAP (1 << 8)
+
+#define LWLFALL_OFF 0
+#define LWLFALL_LINEAR 1
+#define LWLFALL_INV_DIST 2
+#define LWLFALL_INV_DIST_2 3
+
+/* ---- Camera info ---- */
+
+#define LWCAMERAINFO_GLOBAL "LW Camera Info 5"
+
+typedef struct st_LWCameraInfo {
+  double (*zoomFactor)(LWItemID camera, LWTime t);
+  double (*focalLength)(LWItemID camera, LWTime t);
+  double (*focalDistance)(LWItemID camera, LWTime t);
+  double (*fStop)(LWItemID camera, LWTime t);
+  double (*blurLength)(LWItemID camera, LWTime t);
+  void (*fovAngles)(LWItemID camera, LWTime t, double *horizontal, double *vertical);
+  unsigned int (*flags)(LWItemID camera);
+  void (*resolution)(LWItemID camera, int *width, int *height);
+  double (*pixelAspect)(LWItemID camera, LWTime t);
+  double (*separation)(LWItemID camera, LWTime t);
+  void (*regionLimits)(LWItemID camera, int *x0, int *y0, int *x1, int *y1);
+  void (*maskLimits)(LWItemID camera, int *x0, int *y0, int *x1, int *y1);
+  void (*maskColor)(LWItemID camera, LWDVector color);
+  unsigned int (*motionBlur)(LWItemID camera);     /* version 3 */
+  unsigned int (*fieldRendering)(LWItemID camera); /* version 3 */
+  int (*irisPos)(LWItemID camera, LWTime t, int pass, float *ix, float *iy);
+  int (*usingGlobalResolution)(LWItemID camera);
+  int (*usingGlobalBlur)(LWItemID camera);
+  int (*usingGlobalMask)(LWItemID camera);
+  unsigned int (*motionBlurPasses)(LWItemID camera, LWTime t);
+  double (*shutterEfficiency)(LWItemID camera, LWTime t);
+  unsigned int (*noiseSampler)(LWItemID camera);
+  void (*filmSize)(LWItemID camera, double *width, double *height);
+  unsigned int (*frameTiming)(LWItemID camera, LWFrame frame, LWFrameTimingInfo *timing);
+  unsigned int (*antiAliasing)(LWItemID camera, LWTime t);
+  double (*overSampling)(LWItemID camera, LWTime t);
+  void (*diaphragm)(LWItemID camera, LWTime t, int *sides, double *rotation);
+} LWCameraInfo;
+
+#define LWCAMF_STEREO (1 << 0)
+#define LWCAMF_LIMITED_REGION (1 << 1)
+#define LWCAMF_MASK (1 << 2)
+#define LWCAMF_DOF (1 << 3)
+#define LWCAMF_PARTICLE_BLUR (1 << 4)
+#define LWCAMF_LR_NOBORDERS (1 << 5)
+#define LWCAMF_FIELD (1 << 6)
+#define LWCAMF_USECAMTYPE (1 << 7)
+#define LWCAMF_SUPPORTS_DOF (1 << 8)
+#define LWCAMF_EYE (1 << 9)
+
 /* ---- Scene info ---- */
 
 /* Values of LWSceneInfo.loadInProgress. */

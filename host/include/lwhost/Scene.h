@@ -14,6 +14,7 @@
 
 #include "lwhost/Directories.h"
 #include "lwhost/ItemColors.h"
+#include "lwhost/ItemLooks.h"
 
 namespace lwhost {
 
@@ -77,6 +78,22 @@ class Scene {
   void reparent(LWItemID item, LWItemID parent);
   void setGeometry(LWItemID object, ObjectGeometry geometry);
   void setPosition(LWItemID item, double x, double y, double z);
+  // Heading, pitch and bank in radians, as LightWave orders them (forward +Z, right +X, up +Y).
+  void setRotation(LWItemID item, double heading, double pitch, double bank);
+  // Turns an item (a light or camera) so that its forward axis points at a world position.
+  void aim(LWItemID item, const double target[3]);
+  // Looks are set per type; each setter throws for an item of another type or a bad value
+  // (a negative scale, intensity or range, a cone outside 0..90 degrees, zoom not above 0).
+  void setObjectLook(LWItemID object, const ObjectLook& look);
+  void setLightLook(LWItemID light, const LightLook& look);
+  void setCameraLook(LWItemID camera, const CameraLook& look);
+  // Null for an unknown item or one of another type.
+  const ObjectLook* objectLook(LWItemID object) const;
+  const LightLook* lightLook(LWItemID light) const;
+  const CameraLook* cameraLook(LWItemID camera) const;
+  // The scene's ambient light (LightWave's default: white at 5 %).
+  void setAmbient(const double colour[3], double intensity);
+  void ambient(double colour[3], double* intensity) const;
 
   bool contains(LWItemID item) const;
   // The first item of that name in host order, or null.
@@ -96,7 +113,8 @@ class Scene {
   LWItemType type(LWItemID item) const;
   const char* name(LWItemID item) const;
   LWItemID boneObject(LWItemID bone) const;
-  // Position as set; identity orientation and unit scale (world position adds the parents').
+  // Position, rotation and (objects') scale as set; world position adds the parents', whose
+  // rotation is not applied.
   // Unknown items and parameters give zeros; false then.
   bool param(LWItemID item, LWItemParam which, LWTime time, LWDVector out) const;
 
@@ -235,6 +253,8 @@ class Scene {
   LWTimeInfo timeInfo_{};
   LWInterfaceInfo interfaceInfo_{};
   Directories directories_;
+  double ambientColour_[3] = {1.0, 1.0, 1.0};
+  double ambientIntensity_ = 0.05;
 };
 
 }  // namespace lwhost

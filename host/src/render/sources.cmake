@@ -6,4 +6,7 @@ target_sources(lwhost_core PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/NetworkRenderer.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Palette.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Png.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/Raster.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/Raster.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RayTracer.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/RenderWorld.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/SceneRenderer.cpp)

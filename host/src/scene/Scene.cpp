@@ -15,6 +15,7 @@
 #include "SceneServices.h"
 #include "lwhost/Host.h"
 #include "lwhost/ItemId.h"
+#include "lwhost/Orientation.h"
 
 namespace lwhost {
 
@@ -25,6 +26,10 @@ const char* const kItemInfoNames[] = {"LW Item Info 3", "LW Item Info 4", LWITEM
 const char* const kSceneInfoNames[] = {"LW Scene Info 3", "LW Scene Info 4", "LW Scene Info 5",
                                        LWSCENEINFO_GLOBAL};
 const char* const kInterfaceInfoNames[] = {"LW Interface Info 5", LWINTERFACEINFO_GLOBAL};
+// Each newer table extends the older; LightWave answers the older names with it too.
+const char* const kObjectInfoNames[] = {"LW Object Info 4", "LW Object Info 5", "LW Object Info 6", LWOBJECTINFO_GLOBAL};
+const char* const kLightInfoNames[] = {"LW Light Info 3", "LW Light Info 4", LWLIGHTINFO_GLOBAL};
+const char* const kCameraInfoNames[] = {"LW Camera Info 2", "LW Camera Info 3", "LW Camera Info 4", LWCAMERAINFO_GLOBAL};
 
 // A camera switch set at a computed time must still hold when asked at the same time computed
 // a slightly different way.
@@ -122,6 +127,9 @@ Scene::Scene(Host& host) : host_(host) {
   for (const char* name : kItemInfoNames) globals.provide(name, sceneservices::ItemInfo());
   for (const char* name : kSceneInfoNames) globals.provide(name, &sceneInfo_);
   for (const char* name : kInterfaceInfoNames) globals.provide(name, &interfaceInfo_);
+  for (const char* name : kObjectInfoNames) globals.provide(name, sceneservices::ObjectInfo());
+  for (const char* name : kLightInfoNames) globals.provide(name, sceneservices::LightInfo());
+  for (const char* name : kCameraInfoNames) globals.provide(name, sceneservices::CameraInfo());
   globals.provide(LWTIMEINFO_GLOBAL, &timeInfo_);
   globals.provide(LWDIRINFOFUNC_GLOBAL, reinterpret_cast<void*>(sceneservices::DirectoryInfo()));
 }
@@ -133,6 +141,9 @@ Scene::~Scene() {
     for (const char* name : kItemInfoNames) globals.provide(name, nullptr);
     for (const char* name : kSceneInfoNames) globals.provide(name, nullptr);
     for (const char* name : kInterfaceInfoNames) globals.provide(name, nullptr);
+    for (const char* name : kObjectInfoNames) globals.provide(name, nullptr);
+    for (const char* name : kLightInfoNames) globals.provide(name, nullptr);
+    for (const char* name : kCameraInfoNames) globals.provide(name, nullptr);
     globals.provide(LWTIMEINFO_GLOBAL, nullptr);
     globals.provide(LWDIRINFOFUNC_GLOBAL, nullptr);
   }
@@ -398,20 +409,25 @@ bool Scene::param(LWItemID id, LWItemParam which, LWTime, LWDVector out) const {
       return true;
     case LWIP_RIGHT:
     case LWIP_W_RIGHT:
-      out[0] = 1.0;
-      return true;
     case LWIP_UP:
     case LWIP_W_UP:
-      out[1] = 1.0;
-      return true;
     case LWIP_FORWARD:
-    case LWIP_W_FORWARD:
-      out[2] = 1.0;
+    case LWIP_W_FORWARD: {
+      double axes[3][3];
+      ItemAxes(item->rotation, axes[0], axes[1], axes[2]);
+      const int axis = which == LWIP_RIGHT || which == LWIP_W_RIGHT ? 0 : which == LWIP_UP || which == LWIP_W_UP ? 1 : 2;
+      std::copy(axes[axis], axes[axis] + 3, out);
       return true;
+    }
     case LWIP_SCALING:
-      out[0] = out[1] = out[2] = 1.0;
+      if (item->type == LWI_OBJECT)
+        std::copy(item->objectLook.scale, item->objectLook.scale + 3, out);
+      else
+        out[0] = out[1] = out[2] = 1.0;
       return true;
     case LWIP_ROTATION:
+      std::copy(item->rotation, item->rotation + 3, out);
+      return true;
     case LWIP_PIVOT:
     case LWIP_PIVOT_ROT:
       return true;

@@ -29,6 +29,10 @@ struct SceneItem {
 
   ObjectGeometry geometry;
   double position[3] = {0.0, 0.0, 0.0};
+  double rotation[3] = {0.0, 0.0, 0.0};  // heading, pitch, bank
+  ObjectLook objectLook;
+  LightLook lightLook;
+  CameraLook cameraLook;
   std::deque<std::string> tags;  // a deque: adding a tag keeps the others' strings in place
   std::map<std::string, std::deque<std::string>, std::less<>> servers;
   LWChanGroupID group = nullptr;

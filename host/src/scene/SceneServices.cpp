@@ -7,15 +7,14 @@
 
 namespace lwhost::sceneservices {
 
-namespace {
-
-Scene* AnyScene() { return Host::currentComponent<Scene>(); }
-
-// The scene as item queries see it: none in Modeler, which has no scene items.
 Scene* ItemScene() {
   Host* host = Host::current();
   return host && !host->isModeler() ? host->find<Scene>() : nullptr;
 }
+
+namespace {
+
+Scene* AnyScene() { return Host::currentComponent<Scene>(); }
 
 void Zero(double* v) {
   if (v) v[0] = v[1] = v[2] = 0.0;
