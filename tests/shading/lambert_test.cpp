@@ -17,144 +17,85 @@ using ::testing::ElementsAre;
 using Colour = std::array<double, 3>;
 constexpr unsigned int kLight = 0x9000;
 
-// The host's illumination as the test wants it: what arrives, from where, and whether it does.
-struct Illumination {
-  static inline Colour colour, direction;
-  static inline int lit;
-  static inline LWItemID asked;
-  static inline Colour askedAt;
-
-  static int Illuminate(LWItemID light, const LWDVector position, LWDVector dir, LWDVector col) {
-    asked = light;
-    for (int i = 0; i < 3; ++i) askedAt[i] = position[i], dir[i] = direction[i], col[i] = colour[i];
-    return lit;
-  }
-};
+// The host's illumination as each case wants it; it remembers which light it was asked for.
+Colour arriving{0.5, 0.4, 0.2}, direction;
+int lit;
+LWItemID asked;
+int Illuminate(LWItemID light, const LWDVector, LWDVector dir, LWDVector col) {
+  asked = light;
+  for (int i = 0; i < 3; ++i) dir[i] = direction[i], col[i] = arriving[i];
+  return lit;
+}
 
 class LambertTest : public ::testing::Test {
  protected:
   lwhost::Session session;
-  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
   lwhost::Scene& scene = session.scene();
-  LWNodalAccess access = Spot();
+  lwhost::PluginNode& node = session.nodes().addPluginNode(session.load(testpaths::kVorn), "vornSingleLambertNode");
+  lwhost::XPanel& panel = *session.xpanels().find(node.activateInterface().local.panel);
 
-  static LWNodalAccess Spot() {
-    const double at[3] = {1.0, 2.0, 3.0}, up[3] = {0.0, 0.0, 1.0};
-    LWNodalAccess a = lwhost::MakeNodalAccess(at, up);
-    a.illuminate = Illumination::Illuminate;
-    return a;
-  }
-  lwhost::PluginNode& add() { return session.nodes().addPluginNode(vorn, "vornSingleLambertNode"); }
-  lwhost::XPanel& panelOf(lwhost::PluginNode& node) {
-    return *session.xpanels().find(node.activateInterface().local.panel);
-  }
-  // What the node writes for one light report; -7 shows an output left alone.
-  std::pair<Colour, int> shade(lwhost::PluginNode& node, Colour direction, int lit = 1) {
-    Illumination::colour = {0.5, 0.4, 0.2};
-    Illumination::direction = direction;
-    Illumination::lit = lit;
-    Colour colour{-7, -7, -7};
-    int isLit = -7;
-    EXPECT_TRUE(session.nodes().evaluate(node, "Colour", access, colour.data(), NOT_COLOR));
-    EXPECT_TRUE(session.nodes().evaluate(node, "isLit", access, &isLit, NOT_INTEGER));
-    return {colour, isLit};
+  // Both outputs for one report of the light; -7 shows an output left alone.
+  std::pair<Colour, int> shade(Colour towardsSpot, int reached = 1, LWIlluminateFunc* host = Illuminate) {
+    direction = towardsSpot;
+    lit = reached;
+    LWNodalAccess access = lwhost::MakeNodalAccess();
+    access.illuminate = host;
+    std::pair<Colour, int> out{{-7, -7, -7}, -7};
+    session.nodes().evaluate(node, "Colour", access, out.first.data(), NOT_COLOR);
+    session.nodes().evaluate(node, "isLit", access, &out.second, NOT_INTEGER);
+    return out;
   }
 };
 
-TEST_F(LambertTest, ChooserListsTheScenesLightsAndFollowsThem) {
+TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
   const LWItemID key = scene.addLight("Key"), fill = scene.addLight("Fill");
   scene.addLight("Rim");
-  scene.addObject("Ball");
-  lwhost::PluginNode& node = add();
-  EXPECT_THAT(node.outputs(), ::testing::SizeIs(2));
-  EXPECT_EQ(node.outputs()[0]->name() + node.outputs()[1]->name(), "ColourisLit");
-  EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
-  lwhost::XPanel& panel = panelOf(node);
   EXPECT_THAT(panel.popupEntries(kLight), ElementsAre("(none)", "Key", "Fill", "Rim"));
-  EXPECT_EQ(panel.control(kLight)->controlClass, "iPopChoice");
-
+  EXPECT_EQ(shade({0, 0, -1}), std::make_pair(Colour{-7, -7, -7}, -7)) << "(none) sets nothing";
   ASSERT_TRUE(panel.choose(kLight, 2));
-  shade(node, {0, 0, -1});
-  EXPECT_EQ(Illumination::asked, fill);
-  EXPECT_EQ(Illumination::askedAt, (Colour{1, 2, 3})) << "asked for the spot's world position";
+  EXPECT_EQ(shade({0, 0, -1}, 1, nullptr), std::make_pair(Colour{-7, -7, -7}, -7)) << "no illumination";
 
-  // Key goes and Fill is renumbered into its place: the choice follows, and the panel shows
-  // Fill at its new position.
+  EXPECT_EQ(shade({0.6, 0, -0.8}), std::make_pair(Colour{0.4, 0.32000000000000006, 0.16000000000000003}, 1));
+  EXPECT_EQ(asked, fill);
+  EXPECT_EQ(shade({0, 0, -3}).first, arriving) << "N.L of 3 counts as 1";
+  EXPECT_EQ(shade({0, 0.6, 0.8}), std::make_pair(Colour{0, 0, 0}, 1)) << "a light behind the surface";
+  EXPECT_EQ(shade({0, 0, -1}, 0), std::make_pair(Colour{-7, -7, -7}, 0)) << "an unlit spot keeps its colour";
+
+  // Key goes and Fill is renumbered into its place: the choice follows, at its new position.
   scene.remove(key);
   scene.compactIds();
   EXPECT_EQ(panel.value(kLight).integer[0], 1);
-  shade(node, {0, 0, -1});
-  EXPECT_EQ(Illumination::asked, scene.find("Fill"));
-  // Choosing past the last light keeps the light; a copy keeps it too.
-  ASSERT_TRUE(panel.setInteger(kLight, 9));
-  lwhost::PluginNode& copy = add();
+  shade({0, 0, -1});
+  EXPECT_EQ(asked, scene.find("Fill"));
+  ASSERT_TRUE(panel.setInteger(kLight, 9));  // past the last light: the light stays
+  lwhost::PluginNode& copy = session.nodes().addPluginNode(node.module(), "vornSingleLambertNode");
   ASSERT_EQ(copy.instance().copyFrom(node.instance()), "");
-  shade(copy, {0, 0, -1});
-  EXPECT_EQ(Illumination::asked, scene.find("Fill"));
-
-  session.host().actAs(lwhost::Application::Modeler);
-  EXPECT_THAT(panel.popupEntries(kLight), ElementsAre("(none)"));
-}
-
-TEST_F(LambertTest, WeightsTheArrivingLightByTheClampedCosine) {
-  scene.addLight("Key");
-  lwhost::PluginNode& node = add();
-  lwhost::XPanel& panel = panelOf(node);
-
-  // "(none)" and a host without illumination set nothing.
-  EXPECT_EQ(shade(node, {0, 0, -1}), std::make_pair(Colour{-7, -7, -7}, -7));
-  ASSERT_TRUE(panel.choose(kLight, 1));
-  access.illuminate = nullptr;
-  EXPECT_EQ(shade(node, {0, 0, -1}), std::make_pair(Colour{-7, -7, -7}, -7));
-  access.illuminate = Illumination::Illuminate;
-
-  const auto [oblique, lit] = shade(node, {0.6, 0.0, -0.8});
-  EXPECT_EQ(lit, 1);
-  for (int i = 0; i < 3; ++i) EXPECT_DOUBLE_EQ(oblique[i], Illumination::colour[i] * 0.8);
-  EXPECT_EQ(shade(node, {0, 0, -1}).first, (Colour{0.5, 0.4, 0.2}));
-  EXPECT_EQ(shade(node, {0, 0, -3}).first, (Colour{0.5, 0.4, 0.2})) << "N.L of 3 counts as 1";
-  EXPECT_EQ(shade(node, {0, 0.6, 0.8}).first, (Colour{0, 0, 0})) << "a light behind the surface";
-  // A light that does not reach the spot leaves the colour as the requester had it.
-  EXPECT_EQ(shade(node, {0, 0, -1}, 0), std::make_pair(Colour{-7, -7, -7}, 0));
-  EXPECT_EQ(shade(node, {0, 0, -1}, 2).second, 2) << "isLit is the host's answer as it is";
+  EXPECT_EQ(copy.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
 }
 
 TEST_F(LambertTest, KeepsTheLightInScenesByName) {
   const LWItemID key = scene.addLight("Key");
   scene.addLight("Fill");
-  lwhost::PluginNode& node = add();
-  ASSERT_TRUE(panelOf(node).choose(kLight, 2));
-  for (lwhost::IOMode mode : {lwhost::IOMode::Ascii, lwhost::IOMode::Binary}) {
-    const std::string saved = node.instance().save(mode);
-    lwhost::PluginNode& loaded = add();
-    ASSERT_EQ(loaded.instance().load(mode, saved), "");
-    EXPECT_EQ(loaded.instance().save(mode), saved);
-  }
+  ASSERT_TRUE(panel.choose(kLight, 2));
   const std::string saved = node.instance().save(lwhost::IOMode::Ascii);
-  EXPECT_THAT(saved, ::testing::HasSubstr("{ Light\n"));
-  EXPECT_THAT(saved, ::testing::HasSubstr("Item \"Fill\""));
-
-  // Reloaded after the scene renumbered Fill into Key's place, and behind an unknown block.
+  EXPECT_THAT(saved, ::testing::HasSubstr("{ Light\n  Item \"Fill\""));
+  // Reloaded after the scene renumbered Fill into Key's place, behind a block it does not know.
   scene.remove(key);
   scene.compactIds();
-  lwhost::PluginNode& reloaded = add();
-  ASSERT_EQ(reloaded.instance().load(lwhost::IOMode::Ascii, "Extra 1\n" + saved), "");
-  EXPECT_EQ(reloaded.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
-  EXPECT_EQ(panelOf(reloaded).value(kLight).integer[0], 1);
+  lwhost::PluginNode& loaded = session.nodes().addPluginNode(node.module(), "vornSingleLambertNode");
+  ASSERT_EQ(loaded.instance().load(lwhost::IOMode::Ascii, "Extra 1\n" + saved), "");
+  EXPECT_EQ(loaded.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
+  const std::string binary = loaded.instance().save(lwhost::IOMode::Binary);
+  ASSERT_EQ(node.instance().load(lwhost::IOMode::Binary, binary), "");
+  EXPECT_EQ(node.instance().save(lwhost::IOMode::Binary), binary);
 }
 
-TEST_F(LambertTest, BothNodesNeedLightWave92) {
-  for (const char* server : {"vornSingleLambertNode", "vornCache"}) {
-    session.host().setVersion(9, 1);
-    EXPECT_THROW(
-        try { session.nodes().addPluginNode(vorn, server); } catch (const lwhost::CreationError& e) {
-          EXPECT_STREQ(e.what(), "This plugin needs a newer version of LightWave 3D (9.2 as a minimum)");
-          throw;
-        },
-        lwhost::CreationError);
-    session.host().setVersion(9, 2);
-    EXPECT_NO_THROW(session.nodes().addPluginNode(vorn, server)) << server;
-  }
+TEST(ShadingNodes, NeedLightWave92) {
+  lwhost::Session session;
+  const lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
+  session.host().setVersion(9, 1);
+  for (const char* server : {"vornSingleLambertNode", "vornCache"})
+    EXPECT_THROW(session.nodes().addPluginNode(vorn, server), lwhost::CreationError) << server;
 }
 
 }  // namespace
