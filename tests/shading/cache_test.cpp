@@ -104,8 +104,9 @@ TEST_F(CacheTest, GoesUpstreamEveryTimeWhenNotCaching) {
   ASSERT_EQ(cache.init(LWINIT_RENDER), "");
   // Right after Init, the zero spot (origin, no ids) matches the cleared key.
   Colour out{-7, -7, -7};
-  access.objID = LWITEM_NULL;
-  editor.evaluate(cache, "Colour", access, out.data(), NOT_COLOR);
+  LWNodalAccess zero = access;
+  zero.objID = LWITEM_NULL;
+  editor.evaluate(cache, "Colour", zero, out.data(), NOT_COLOR);
   EXPECT_EQ(out, (Colour{0, 0, 0}));
   ASSERT_TRUE(panel.setInteger(kPassThrough, 1));
   EXPECT_EQ(twice(access), 2u) << "pass through";
