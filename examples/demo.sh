@@ -39,3 +39,7 @@ done
 for frame in 12 24 48; do
   "$lwhost" render "$examples/time-pulse.net" -o "$out/time-pulse-frame$frame.png" --frame "$frame"
 done
+
+echo
+echo "== Scenes: Single Light Lambert per light, and a Cache before three consumers"
+"$build/examples/shading_scenes" "$module" "$out"
