@@ -52,13 +52,16 @@ TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
   m.diffuse[1] = m.transparency = 0.5;
   editor.connect(editor.addMaterial(m), "Material", cache, "Material");
   ASSERT_EQ(cache.init(LWINIT_RENDER), "");
-  for (int pass = 0; pass < 2; ++pass) {  // a miss, then a hit
+  lwhost::Node& vector = editor.addVector(1, 2, 3);
+  editor.connect(vector, "Vector", cache, "Vector");
+  for (int pass = 0; pass < 3; ++pass) {  // a miss, a hit, then a miss at another spot
+    if (pass == 2) editor.disconnect(cache, "Vector"), access.wPos[0] = 5;
     std::memset(&got, 0x55, sizeof got);
-    double vector[3] = {-7, -7, -7};
+    double v[3] = {-7, -7, -7};
     editor.evaluate(cache, "Material", access, &got, NOT_MATERIAL);
-    editor.evaluate(cache, "Vector", access, vector, NOT_VECTOR);
+    editor.evaluate(cache, "Vector", access, v, NOT_VECTOR);
     EXPECT_EQ(std::memcmp(&got, &m, sizeof m), 0);
-    EXPECT_EQ(vector[0], 0.0) << "an unconnected input gives a cleared value";
+    EXPECT_EQ(v[1], pass < 2 ? 2.0 : 0.0) << "an unconnected input gives a cleared value";
   }
   ASSERT_TRUE(panel.setInteger(kPassThrough, 5));
   const std::string on = cache.instance().save(lwhost::IOMode::Binary);
