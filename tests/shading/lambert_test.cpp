@@ -67,7 +67,6 @@ TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
   EXPECT_EQ(panel.value(kLight).integer[0], 1);
   shade({0, 0, -1});
   EXPECT_EQ(asked, scene.find("Fill"));
-  ASSERT_TRUE(panel.setInteger(kLight, 9));  // past the last light: the light stays
   lwhost::PluginNode& copy = session.nodes().addPluginNode(node.module(), "vornSingleLambertNode");
   ASSERT_EQ(copy.instance().copyFrom(node.instance()), "");
   EXPECT_EQ(copy.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
@@ -90,12 +89,10 @@ TEST_F(LambertTest, KeepsTheLightInScenesByName) {
   EXPECT_EQ(node.instance().save(lwhost::IOMode::Binary), binary);
 }
 
-TEST(ShadingNodes, NeedLightWave92) {
-  lwhost::Session session;
-  const lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
+TEST_F(LambertTest, BothShadingNodesNeedLightWave92) {
   session.host().setVersion(9, 1);
   for (const char* server : {"vornSingleLambertNode", "vornCache"})
-    EXPECT_THROW(session.nodes().addPluginNode(vorn, server), lwhost::CreationError) << server;
+    EXPECT_THROW(session.nodes().addPluginNode(node.module(), server), lwhost::CreationError) << server;
 }
 
 }  // namespace

@@ -43,16 +43,12 @@ TEST(ShadingRender, LambertsAndCacheMatchTheRenderersLightOnAllThreads) {
   lwhost::XPanel& mix = *session.xpanels().find(sum.activateInterface().local.panel);
   ASSERT_TRUE(mix.setNumber(0x9000, 1.0) && mix.choose(0x9001, Blend_Additive));
   editor.connect(sum, "Material", cache, "Material");
-  LWNodalMaterial glass{};
-  glass.reflection[0] = glass.reflection[1] = glass.reflection[2] = 0.5;
+  const LWNodalMaterial glass{{}, {}, {0.5, 0.5, 0.5}, {}, 0.0};
   const lwhost::Surface mirrorSurface{editor.addMaterial(glass).outputs().front().get()};
 
   auto render = [&](lwhost::NodeOutput* network) {
     const lwhost::Surface ballSurface{network, {1.0, 1.0, 1.0}, network != nullptr};
-    lwhost::SceneRenderOptions options;
-    options.width = 64;
-    options.height = 48;
-    options.threads = std::max(2, static_cast<int>(std::thread::hardware_concurrency()));
+    lwhost::SceneRenderOptions options{64, 48, std::max(2, static_cast<int>(std::thread::hardware_concurrency()))};
     return lwhost::SceneRenderer(editor, scene, {{ball, ballSurface}, {mirror, mirrorSurface}})
         .renderFrame(options, 0)
         .encodePng();
