@@ -41,5 +41,12 @@ for frame in 12 24 48; do
 done
 
 echo
+echo "== A lit scene: the nodes on three spheres over a mirror floor, two lights with shadows"
+"$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
+
 echo "== Scenes: Single Light Lambert per light, and a Cache before three consumers"
 "$build/examples/shading_scenes" "$module" "$out"
+
+echo
+echo "== Pictures written to $out"
+ls "$out"

@@ -21,7 +21,9 @@ const char kUsage[] =
     "       lwhost panel MODULE SERVER -o FILE.png [--set \"Label=value\"]... [--modeler] [--version 9.6]\n"
     "         draw the panel of a node or master server, after typing in the values given\n"
     "       lwhost render NETWORK -o FILE.png [--size WxH] [--frame N]\n"
-    "         render a node network file onto a sphere (format: host/RENDERING.md)\n";
+    "         render a node network file onto a sphere (format: host/RENDERING.md)\n"
+    "       lwhost render SCENE -o FILE.png [--size WxH] [--frame N | --frames A-B] [--threads N]\n"
+    "         ray-trace a scene file's objects and lights; a range writes one file a frame (out_%04d.png)\n";
 
 // Messages may quote plug-in texts and file contents: line breaks and other control bytes
 // become blanks, so that an error stays one readable line.
@@ -46,7 +48,7 @@ int ServersCommand(const std::vector<std::string>& args) {
 
 void WritePicture(const Raster& picture, const std::string& path) {
   std::string error;
-  if (!picture.writePng(path, &error)) throw CommandError("cannot write " + path + ": " + error);
+  if (!picture.writePng(path, &error)) throw CommandError(error);
   std::printf("wrote %s (%dx%d)\n", path.c_str(), picture.width(), picture.height());
 }
 

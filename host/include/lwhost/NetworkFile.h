@@ -2,12 +2,17 @@
 
 #include <lwnodes.h>
 
+#include <lwrender.h>
+
 #include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "lwhost/ItemLooks.h"
+#include "lwhost/SceneRenderer.h"
 
 namespace lwhost {
 
@@ -68,16 +73,43 @@ struct OutputStatement {
   std::string node, output;
 };
 
+// A camera, object or light of a scene file, in file order (which is the host's order).
+struct ItemStatement {
+  LWItemType type = LWI_OBJECT;
+  std::string name;
+  double position[3] = {0, 0, 0};
+  bool aimed = false;
+  double target[3] = {0, 0, 0};
+  ObjectLook object;
+  LightLook light;
+  CameraLook camera;
+  std::string surfaceNode, surfaceOutput;  // empty: the plain colour below
+  Surface surface;                         // colour and emit; the output is found when built
+};
+
 struct NetworkStatement {
   int line = 0;
   std::variant<ModuleStatement, FpsStatement, NodeStatement, SetStatement, KeyStatement, ConnectStatement,
-               OutputStatement>
+               OutputStatement, ItemStatement>
       what;
+};
+
+// Settings of a scene file; what is not given keeps the command's or the renderer's default.
+struct SceneSettings {
+  bool scene = false;  // the file has cameras, objects or lights: it renders a scene
+  int depth = -1, threads = 0;
+  bool hasFrames = false;
+  LWFrame first = 0, last = 0;
+  int width = 0, height = 0;
+  bool hasAmbient = false;
+  double ambient[3] = {1, 1, 1}, ambientIntensity = 0.05;
+  double backdrop[3] = {0, 0, 0};
 };
 
 struct Network {
   std::string file;  // as named to the reader; errors quote it
   std::vector<NetworkStatement> statements;
+  SceneSettings settings;
 };
 
 // Answers environment variables for ${NAME}; the default reads the process environment.
@@ -95,7 +127,8 @@ Network ReadNetworkFile(const std::string& path);
 // to render. The pointers belong to the session's node editor.
 struct BuiltNetwork {
   std::map<std::string, Node*> nodes;
-  NodeOutput* output = nullptr;
+  NodeOutput* output = nullptr;  // networks; scenes shade through surfaces
+  std::map<LWItemID, Surface> surfaces;
 
   // A message about nodes with the editor's names ("Material (2)") replaced by the file's.
   std::string withFileNames(std::string message) const;

@@ -38,6 +38,8 @@ struct ObjectGeometry {
 //   "LW Scene Info 3/4/5/6"  render settings (one record, kept current)
 //   "LW Time Info"           the time and frame being rendered
 //   "LW Interface Info 5/7"  selection, preview range, item colours (one record)
+//   "LW Object Info 4..7", "LW Light Info 3..5", "LW Camera Info 2..5"
+//                            what the renderer sees of objects, lights and cameras (ItemLooks.h)
 //   "Directory Info"         the directory list (see Directories)
 // Older names are served the newer tables, which extend them. "LW Interface Info 6" is not
 // served: its itemColorRgba takes different arguments.

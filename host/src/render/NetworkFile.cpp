@@ -20,6 +20,7 @@
 #include "lwhost/Session.h"
 #include "lwhost/VParm.h"
 #include "lwhost/XPanel.h"
+#include "SceneLines.h"
 
 namespace lwhost {
 
@@ -184,12 +185,32 @@ class Parser {
       ++number;
       Line line{number, split(raw, number)};
       if (line.words.empty()) continue;
+      const scenelines::Fail sceneFail = [this, number](const std::string& why) { fail(number, why); };
+      if (scenelines::IsSettingLine(line.words[0])) {
+        if (!settingsSeen_.insert(line.words[0]).second) fail(number, line.words[0] + " is given twice");
+        scenelines::ParseSetting(line.words, network.settings, sceneFail);
+        continue;
+      }
+      if (scenelines::IsItemLine(line.words[0])) {
+        ItemStatement item = scenelines::ParseItem(line.words, sceneFail);
+        if (!item.surfaceNode.empty() && !nodes_.count(item.surfaceNode))
+          fail(number, "no node " + Quoted(item.surfaceNode) + " is declared above");
+        network.settings.scene = true;
+        cameras_ += item.type == LWI_CAMERA;
+        network.statements.push_back(NetworkStatement{number, std::move(item)});
+        continue;
+      }
       NetworkStatement statement = parseLine(line);
       if (std::holds_alternative<OutputStatement>(statement.what)) {
         if (sawOutput) fail(number, "a second output line; a network renders one output");
         sawOutput = true;
       }
       network.statements.push_back(std::move(statement));
+    }
+    if (network.settings.scene) {
+      if (sawOutput) fail(0, "a scene shades its objects through their surfaces; it has no output line");
+      if (cameras_ == 0) fail(0, "a scene needs a camera line (e.g. \"camera cam position 0 1 -5 target 0 0 0\")");
+      return network;
     }
     if (!sawOutput) fail(0, "no output line (e.g. \"output cc.Colour\")");
     return network;
@@ -248,8 +269,9 @@ class Parser {
     else if (what == "output")
       s.what = parseOutput(line);
     else
-      fail(line.number,
-           "unknown statement " + Quoted(what) + " (expected module, fps, node, set, key, connect or output)");
+      fail(line.number, "unknown statement " + Quoted(what) +
+                            " (expected module, fps, node, set, key, connect or output; in scenes also camera, "
+                            "object, light, depth, threads, frames, size, ambient or backdrop)");
     return s;
   }
 
@@ -462,6 +484,8 @@ class Parser {
   VariableLookup variables_;
   std::set<std::string> modules_;
   std::map<std::string, bool> nodes_;  // name -> is a plug-in node
+  std::set<std::string> settingsSeen_;
+  int cameras_ = 0;
 };
 
 // ---- building ----
@@ -471,6 +495,8 @@ class Builder {
   Builder(Session& session, const Network& network) : session_(session), network_(network) {}
 
   BuiltNetwork build() {
+    const SceneSettings& settings = network_.settings;
+    if (settings.hasAmbient) session_.scene().setAmbient(settings.ambient, settings.ambientIntensity);
     for (const NetworkStatement& s : network_.statements) {
       line_ = s.line;
       std::visit([this](const auto& statement) { apply(statement); }, s.what);
@@ -625,6 +651,32 @@ class Builder {
            (known.empty() ? "" : " (it has " + known + ")"));
     }
     built_.output = output;
+  }
+
+  void apply(const ItemStatement& item) {
+    Scene& scene = session_.scene();
+    try {
+      const LWItemID id = item.type == LWI_CAMERA  ? scene.addCamera(item.name)
+                          : item.type == LWI_LIGHT ? scene.addLight(item.name)
+                                                   : scene.addObject(item.name);
+      scene.setPosition(id, item.position[0], item.position[1], item.position[2]);
+      if (item.aimed) scene.aim(id, item.target);
+      if (item.type == LWI_CAMERA) scene.setCameraLook(id, item.camera);
+      if (item.type == LWI_LIGHT) scene.setLightLook(id, item.light);
+      if (item.type != LWI_OBJECT) return;
+      scene.setObjectLook(id, item.object);
+      Surface surface = item.surface;
+      if (!item.surfaceNode.empty()) {
+        Node& node = *built_.nodes.at(item.surfaceNode);
+        surface.output = node.output(item.surfaceOutput);
+        if (!surface.output) fail("node " + Quoted(item.surfaceNode) + " has no output " + Quoted(item.surfaceOutput));
+      }
+      built_.surfaces[id] = surface;
+    } catch (const std::invalid_argument& e) {
+      fail(e.what());
+    } catch (const std::length_error& e) {
+      fail(e.what());
+    }
   }
 
   Session& session_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "lwhost/NodalAccess.h"
@@ -10,16 +11,16 @@
 #include "lwhost/NodeValue.h"
 #include "lwhost/PluginNode.h"
 #include "lwhost/Scene.h"
+#include "SphereGrid.h"
 
 namespace lwhost {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-
+// c is not negative here, so adding a half and truncating rounds as lround would.
 std::uint8_t Byte(double c) {
   if (!(c > 0.0)) return 0;  // NaN as well
-  return static_cast<std::uint8_t>(std::lround(std::min(c, 1.0) * 255.0));
+  return static_cast<std::uint8_t>(std::min(c, 1.0) * 255.0 + 0.5);
 }
 
 }  // namespace
@@ -89,41 +90,48 @@ void NetworkRenderer::sample(LWNodalAccess& access, double colour[3]) const noex
 void NetworkRenderer::shadePixels(Raster& image) const noexcept {
   const int width = image.width(), height = image.height();
   const double radius = 0.5 * kSphereFill * std::min(width, height);
-  const double cx = 0.5 * width, cy = 0.5 * height;
+  const double cx = 0.5 * width, cy = 0.5 * height, perPixel = 1.0 / radius;
+  const double lightLength = std::sqrt(kLight[0] * kLight[0] + kLight[1] * kLight[1] + kLight[2] * kLight[2]);
+  const double light[3] = {kLight[0] / lightLength, kLight[1] / lightLength, kLight[2] / lightLength};
+  const SphereGrid& grid = SphereGrid::Instance();
+
+  // What every sample shares is filled once; each sample then writes only what differs.
+  LWNodalAccess blank = MakeNodalAccess();
+  blank.subsx = blank.subsy = 0.5;
+  blank.rayDir[0] = blank.rayDir[1] = 0.0;
+  blank.rayDir[2] = -1.0;
+  blank.raySource[2] = kCameraZ;
+  blank.spotSize = 1.0 / radius;
+  blank.ResourceContextIndex = 0;
+  blank.bounces = 0;
 
   for (int y = 0; y < height; ++y) {
+    const double v = (cy - (y + 0.5)) * perPixel;
+    const int ringStart = v >= -1.0 && v <= 1.0 ? grid.ring(v) * SphereGrid::kSegments : 0;  // the row's height
     for (int x = 0; x < width; ++x) {
-      const double u = (x + 0.5 - cx) / radius, v = (cy - (y + 0.5)) / radius;
+      const double u = (x + 0.5 - cx) * perPixel;
       const double d = u * u + v * v;
       if (d > 1.0) {
-        const bool light = ((x / kCheckerSize) + (y / kCheckerSize)) % 2 == 0;
-        image.set(x, y, light ? kCheckerLight : kCheckerDark);
+        const bool lightSquare = ((x / kCheckerSize) + (y / kCheckerSize)) % 2 == 0;
+        image.set(x, y, lightSquare ? kCheckerLight : kCheckerDark);
         continue;
       }
       const double spot[3] = {u, v, std::sqrt(1.0 - d)};  // on a unit sphere, also the normal
-      LWNodalAccess access = MakeNodalAccess(spot, spot);
+      LWNodalAccess access;
+      std::memcpy(&access, &blank, sizeof access);
       access.sx = x;
       access.sy = y;
-      access.subsx = access.subsy = 0.5;
+      for (int i = 0; i < 3; ++i) access.oPos[i] = access.wPos[i] = access.gNorm[i] = access.wNorm[i] = access.wNorm0[i] = spot[i];
       access.raySource[0] = u;
       access.raySource[1] = v;
-      access.raySource[2] = kCameraZ;
-      access.rayDir[0] = access.rayDir[1] = 0.0;
-      access.rayDir[2] = -1.0;
       access.rayLength = kCameraZ - spot[2];
       access.cosine = spot[2];
-      access.spotSize = 1.0 / radius;
-      access.ResourceContextIndex = 0;
-      access.bounces = 0;
-      const double longitude = std::atan2(spot[0], spot[2]) + kPi;        // 0 at -Z, through -X, +Z, +X
-      const double latitude = std::acos(std::clamp(spot[1], -1.0, 1.0));  // 0 at +Y
-      const int segment = std::min(kSegments - 1, static_cast<int>(longitude / (2.0 * kPi) * kSegments));
-      const int ring = std::min(kRings - 1, static_cast<int>(latitude / kPi * kRings));
-      access.polNum = ring * kSegments + segment;
+      access.polNum = ringStart + grid.segment(spot[0], spot[2]);
 
       double colour[3] = {0.0, 0.0, 0.0};
       sample(access, colour);
-      const double shade = Shade(spot);
+      const double lambert = spot[0] * light[0] + spot[1] * light[1] + spot[2] * light[2];
+      const double shade = kAmbient + (1.0 - kAmbient) * (lambert > 0.0 ? lambert : 0.0);
       image.set(x, y, RGB{Byte(colour[0] * shade), Byte(colour[1] * shade), Byte(colour[2] * shade)});
     }
   }

@@ -1,4 +1,5 @@
 #include "lwhost/Raster.h"
+#include "lwhost/PngFile.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -150,21 +151,21 @@ std::string Raster::encodePng() const {
 }
 
 bool Raster::writePng(const std::string& path, std::string* error) const {
-  auto fail = [&](const std::string& why) {
-    if (error) *error = why;
+  if (width_ < 1 || height_ < 1) {
+    if (error)
+      *error = "cannot write " + path + ": the image is empty (" + std::to_string(width_) + "x" +
+               std::to_string(height_) + ")";
     return false;
-  };
-  std::string data = encodePng();
-  if (data.empty())
-    return fail("cannot write " + path + ": the image is empty (" + std::to_string(width_) + "x" +
-                std::to_string(height_) + ")");
-  std::FILE* f = std::fopen(path.c_str(), "wb");
-  if (!f) return fail("cannot open " + path + ": " + std::strerror(errno));
-  bool written = std::fwrite(data.data(), 1, data.size(), f) == data.size();
-  int saved = errno;
-  bool closed = std::fclose(f) == 0;
-  if (!written || !closed) return fail("cannot write " + path + ": " + std::strerror(written ? errno : saved));
-  return true;
+  }
+  try {
+    PngFile file(path, width_, height_);
+    file.writeImage(*this);
+    file.finish();
+    return true;
+  } catch (const PngFileError& e) {
+    if (error) *error = e.what();
+    return false;
+  }
 }
 
 }  // namespace lwhost

@@ -6,6 +6,7 @@
 #include "lwhost/NodeConnector.h"
 #include "lwhost/Orientation.h"
 #include "lwhost/Scene.h"
+#include "SphereGrid.h"
 
 namespace lwhost {
 
@@ -22,40 +23,6 @@ void Normalise(double v[3]) {
     for (int i = 0; i < 3; ++i) v[i] /= length;
 }
 
-constexpr int kSegments = 24, kRings = 12;
-constexpr double kPi = 3.14159265358979323846;
-
-// The quad of a 24 x 12 UV sphere a unit-sphere point lies on, as the sphere preview numbers
-// them: rings from +Y down, segments round Y from -Z through -X, +Z and +X. Boundaries are
-// compared as cosines and cross products, so no inverse trigonometry runs per sample.
-struct SphereGrid {
-  double ringCos[kRings - 1];
-  double segment[kSegments / 2 + 1][2];  // (x, z) of the half-turn's boundaries
-  SphereGrid() {
-    for (int r = 1; r < kRings; ++r) ringCos[r - 1] = std::cos(r * kPi / kRings);
-    for (int s = 0; s <= kSegments / 2; ++s) {
-      const double a = s * 2.0 * kPi / kSegments;  // from -Z towards -X
-      segment[s][0] = -std::sin(a);
-      segment[s][1] = -std::cos(a);
-    }
-  }
-  int polygon(const double p[3]) const {
-    int ring = 0;
-    while (ring < kRings - 1 && p[1] < ringCos[ring]) ++ring;
-    // The second half-turn (+Z through +X back to -Z) mirrors the first.
-    const bool second = p[0] > 0.0 || (p[0] == 0.0 && p[2] > 0.0);
-    const double x = second ? -p[0] : p[0], z = second ? -p[2] : p[2];
-    int lo = 0, hi = kSegments / 2;  // angle from -Z: segment[lo] <= a < segment[hi]
-    while (hi - lo > 1) {
-      const int mid = (lo + hi) / 2;
-      // Past the boundary when turned from it towards -X: cross product's sign.
-      const double cross = segment[mid][1] * x - segment[mid][0] * z;
-      (cross >= 0.0 ? lo : hi) = mid;
-    }
-    return ring * kSegments + (second ? lo + kSegments / 2 : lo);
-  }
-};
-const SphereGrid kGrid;
 
 bool HitSphere(const SceneRenderer::World::Body& b, const double o[3], const double d[3], double tMin, double tMax,
                double* t) {
@@ -187,7 +154,7 @@ bool Intersect(const SceneRenderer::World& world, const double origin[3], const 
   if (best->shape == ObjectShape::Sphere) {
     for (int i = 0; i < 3; ++i) hit.normal[i] = hit.local[i] * best->inverse[i];
     Normalise(hit.normal);
-    hit.polygon = kGrid.polygon(hit.local);
+    hit.polygon = SphereGrid::Instance().polygon(hit.local);
   } else {
     hit.normal[0] = hit.normal[2] = 0.0;
     hit.normal[1] = 1.0;

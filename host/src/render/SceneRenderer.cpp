@@ -124,15 +124,16 @@ void SceneRenderer::render(const SceneRenderOptions& options, const FrameDone& d
 
 void SceneRenderer::renderPixels(const World& world, Raster& image, int threads,
                                  const std::function<void(int rows)>& tick) const {
-  std::atomic<int> nextRow{0}, rowsDone{0};
+  std::atomic<int> nextRow{threads}, rowsDone{0};
   std::mutex mutex;
   std::condition_variable finished;
   int running = threads;
 
-  // Rows are handed out one at a time, so threads that meet slow rows do not hold others up.
+  // Each thread starts on its own row, so that every thread takes part even in a small image;
+  // the rest are handed out one at a time, so that threads meeting slow rows hold no one up.
   auto work = [&](int thread) {
     RayTracer tracer(world, thread);
-    for (int y = nextRow++; y < world.height; y = nextRow++) {
+    for (int y = thread; y < world.height; y = nextRow++) {
       for (int x = 0; x < world.width; ++x) {
         double c[3];
         tracer.pixel(x, y, c);

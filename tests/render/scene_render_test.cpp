@@ -1,0 +1,215 @@
+// Scenes rendered through the library, shaded by a plain-C SDK node that walks the lights and
+// calls illuminate: what the object, light and camera services report, the light arriving at
+// known spots, mirror rays, and threads.
+#include <gtest/gtest.h>
+#include <lwserver.h>
+
+#include <cmath>
+#include <set>
+#include <string>
+
+#include "lwhost/NetworkFile.h"
+#include "lwhost/SceneRenderer.h"
+#include "lwhost/Session.h"
+
+namespace {
+
+using lwhost::RGB;
+
+struct SceneRun {
+  lwhost::Session session;
+  lwhost::BuiltNetwork built;
+  lwhost::SceneRenderOptions options;
+
+  explicit SceneRun(const std::string& text) {
+    const std::string probe = "module probe \"" + std::string(LIGHT_PROBE_PATH) + "\"\nnode p = probe LightProbe\n";
+    const lwhost::Network network = lwhost::ParseNetwork(probe + text, "test.scene");
+    built = lwhost::BuildNetwork(session, network);
+    options.width = options.height = 9;
+    options.threads = 1;
+    if (network.settings.depth >= 0) options.depth = network.settings.depth;
+  }
+  lwhost::Raster render() {
+    lwhost::SceneRenderer renderer(session.nodes(), session.scene(), built.surfaces);
+    return renderer.renderFrame(options, 0);
+  }
+  template <class T>
+  T* global(const char* name) {
+    return static_cast<T*>(session.host().globals().lookup(name, GFUSE_TRANSIENT));
+  }
+};
+
+std::uint8_t Byte(double c) { return static_cast<std::uint8_t>(std::lround(255.0 * c)); }
+
+// A floor seen straight down; the centre pixel is the spot at the origin, normal +Y.
+const std::string kFloorView =
+    "camera cam position 0 5 0 target 0 0 0\n"
+    "object floor plane scale 4 1 4 surface p.Lambert emit\n";
+
+TEST(SceneServices, ReportTheScenesItemsInLightWavesOrderAndUnits) {
+  SceneRun run(
+      "camera cam position 0 1 -5 target 0 1 0 zoom 2\n"
+      "light key spot position 0 4 0 target 0 0 0 colour 1 0.5 0.25 intensity 0.8 cone 30 10\n"
+      "light fill point falloff inverse2 3 shadows off\n"
+      "object ball sphere scale 2 shadows off\n"
+      "object floor plane scale 5 1 6\n");
+  auto* items = run.global<LWItemInfo>(LWITEMINFO_GLOBAL);
+  auto* lights = run.global<LWLightInfo>(LWLIGHTINFO_GLOBAL);
+  auto* objects = run.global<LWObjectInfo>(LWOBJECTINFO_GLOBAL);
+  auto* cameras = run.global<LWCameraInfo>(LWCAMERAINFO_GLOBAL);
+  ASSERT_TRUE(items && lights && objects && cameras);
+  EXPECT_EQ(run.global<void>("LW Light Info 3"), lights);
+  EXPECT_EQ(run.global<void>("LW Object Info 4"), objects);
+  EXPECT_EQ(run.global<void>("LW Camera Info 2"), cameras);
+
+  const LWItemID key = items->first(LWI_LIGHT, LWITEM_NULL), fill = items->next(key);
+  ASSERT_TRUE(key && fill);
+  EXPECT_STREQ(items->name(key), "key");
+  EXPECT_STREQ(items->name(fill), "fill");
+  EXPECT_EQ(items->next(fill), LWITEM_NULL);
+  EXPECT_EQ(lights->type(key), LWLIGHT_SPOT);
+  EXPECT_EQ(lights->type(fill), LWLIGHT_POINT);
+  LWDVector c;
+  lights->color(key, 0, c);
+  EXPECT_DOUBLE_EQ(c[1], 0.4);
+  lights->rawColor(key, 0, c);
+  EXPECT_DOUBLE_EQ(c[2], 0.25);
+  double radius = 0, edge = 0;
+  lights->coneAngles(key, 0, &radius, &edge);
+  EXPECT_NEAR(radius, M_PI / 6, 1e-12);
+  EXPECT_NEAR(edge, M_PI / 18, 1e-12);
+  EXPECT_EQ(lights->falloff(fill), LWLFALL_INV_DIST_2);
+  EXPECT_DOUBLE_EQ(lights->range(fill, 0), 3.0);
+  EXPECT_EQ(lights->shadowType(key), LWLSHAD_RAYTRACE);
+  EXPECT_EQ(lights->shadowType(fill), LWLSHAD_OFF);
+  // The spot was aimed straight down at its target.
+  items->param(key, LWIP_W_FORWARD, 0, c);
+  EXPECT_NEAR(c[1], -1.0, 1e-12);
+
+  const LWItemID ball = items->first(LWI_OBJECT, LWITEM_NULL), floor = items->next(ball);
+  EXPECT_EQ(objects->numPolygons(ball), 288);
+  EXPECT_EQ(objects->numPolygons(floor), 1);
+  EXPECT_EQ(objects->shadowOpts(ball), 0u);
+  EXPECT_EQ(objects->shadowOpts(floor), unsigned(LWOSHAD_SELF | LWOSHAD_CAST | LWOSHAD_RECEIVE));
+  LWDVector lo, hi;
+  objects->bounds(floor, lo, hi);
+  EXPECT_EQ(hi[2], 6.0);
+  EXPECT_EQ(hi[1], 0.0);
+  EXPECT_EQ(objects->numPoints(key), 0);  // a light is no object
+
+  const LWItemID cam = items->first(LWI_CAMERA, LWITEM_NULL);
+  EXPECT_EQ(cameras->zoomFactor(cam, 0), 2.0);
+  double h = 0, v = 0;
+  cameras->fovAngles(cam, 0, &h, &v);
+  EXPECT_NEAR(h, 2 * std::atan(0.5), 1e-12);
+  EXPECT_NEAR(v, 2 * std::atan(0.5 * 480 / 640), 1e-12);
+
+  run.session.host().actAs(lwhost::Application::Modeler);
+  EXPECT_EQ(lights->type(key), 0);
+  EXPECT_EQ(objects->numPolygons(ball), 0);
+  EXPECT_EQ(cameras->zoomFactor(cam, 0), 0.0);
+}
+
+TEST(SceneRender, IlluminateGivesTheLightArrivingAtTheSpot) {
+  auto centre = [](const std::string& scene) { return SceneRun(kFloorView + scene).render().get(4, 4); };
+  // Inverse-square falloff from range 1 at distance 2, straight above.
+  EXPECT_EQ(centre("light l point position 0 2 0 falloff inverse2 1\n").r, Byte(0.25));
+  // Below the floor: it arrives, but on the back of the surface.
+  EXPECT_EQ(centre("light l point position 0 -2 0 falloff inverse2 1\n").r, 0);
+  // At 45 degrees: 1/8 of the light, times cos 45.
+  const std::string slanted = "light l point position 2 2 0 falloff inverse2 1";
+  const std::uint8_t lit = Byte(0.125 * std::sqrt(0.5));
+  EXPECT_EQ(centre(slanted + "\n").g, lit);
+  const std::string blocker = "object blocker sphere position 1 1 0 scale 0.3 colour 0 0 0\n";
+  EXPECT_EQ(centre(slanted + "\n" + blocker).g, 0);
+  EXPECT_EQ(centre(slanted + " shadows off\n" + blocker).g, lit);
+  // Linear falloff ends at its range; a spot lights only inside its cone; lights add up.
+  EXPECT_EQ(centre("light l point position 0 2 0 falloff linear 1.5\n").b, 0);
+  EXPECT_EQ(centre("light l spot position 3 3 0 target 3 0 0 cone 30 0\n").r, 0);
+  EXPECT_EQ(centre("light l spot position 0 3 0 target 0 0 0 colour 0.5 0 0\n"
+                   "light d distant target 0 -1 0 colour 0 0.25 0\n"),
+            (RGB{Byte(0.5), Byte(0.25), 0}));
+}
+
+TEST(SceneRender, MirrorRaysComeFromTheFloorOneLevelDeeperAndStopAtTheDepth) {
+  // The camera looks at a mirror floor; the reflected centre ray goes up to the ball.
+  const std::string scene =
+      "node mirror = Material reflection 1 1 1\n"
+      "camera cam position 0 1 -5 target 0 0 0\n"
+      "object floor plane scale 50 1 50 surface mirror.Material\n"
+      "object ball sphere position 0 1 5 scale 1.5 surface p.Ray emit\n";
+  EXPECT_EQ(SceneRun(scene + "depth 3\n").render().get(4, 4), (RGB{Byte(0.25), 255, 255}));
+  EXPECT_EQ(SceneRun(scene + "depth 0\n").render().get(4, 4), (RGB{0, 0, 0}));
+  // A node tracing on its own is held to the same depth.
+  const std::string traced = "camera cam position 0 1 -5 target 0 0 0\n"
+                             "object floor plane scale 50 1 50 surface p.Trace emit\n"
+                             "object ball sphere position 0 1 5 scale 1.5 surface p.Ray emit\n";
+  EXPECT_EQ(SceneRun(traced + "depth 1\n").render().get(4, 4), (RGB{Byte(0.25), 255, 255}));
+  EXPECT_EQ(SceneRun(traced + "depth 0\n").render().get(4, 4), (RGB{0, 0, 0}));
+  // Seen directly, the ball's spot is a camera ray's.
+  SceneRun direct("camera cam position 0 1 -5 target 0 1 5\nobject ball sphere position 0 1 5 surface p.Ray emit\n");
+  EXPECT_EQ(direct.render().get(4, 4), (RGB{0, 0, 0}));
+  // Between two mirrors the ball is two reflections away: seen at level 2 from the top mirror,
+  // and not at all when the depth ends at level 1.
+  const std::string corridor =
+      "node mirror = Material reflection 1 1 1\n"
+      "camera cam position 0 1 -5 target 0 0 0\n"
+      "object floor plane scale 50 1 50 surface mirror.Material\n"
+      "object top plane position 0 2 0 scale 50 1 50 surface mirror.Material\n"
+      "object ball sphere position 0 1.5 12.5 scale 0.4 surface p.Ray emit\n";
+  EXPECT_EQ(SceneRun(corridor + "depth 2\n").render().get(4, 4), (RGB{Byte(0.5), 255, 0}));
+  EXPECT_EQ(SceneRun(corridor + "depth 1\n").render().get(4, 4), (RGB{0, 0, 0}));
+}
+
+TEST(SceneRender, ThreadsStayBelowTheReportedCountAndDoNotChangeThePicture) {
+  SceneRun threads("camera cam position 0 5 0 target 0 0 0\nobject floor plane scale 9 1 9 surface p.Thread emit\n");
+  threads.options.width = threads.options.height = 32;
+  threads.options.threads = 3;
+  const lwhost::Raster seen = threads.render();
+  std::set<int> values;
+  for (int y = 0; y < 32; ++y)
+    for (int x = 0; x < 32; ++x) values.insert(seen.get(x, y).r);
+  EXPECT_EQ(values, (std::set<int>{Byte(0.25), Byte(0.5), Byte(0.75)}));
+
+  const std::string scene = kFloorView +
+                            "node glass = Material diffuse 0.3 0.3 0.6 reflection 0.3 0.3 0.3 transparency 0.4\n"
+                            "light l point position 1 2 1 falloff inverse 2\n"
+                            "light s spot position -1 3 0 target 0 0 0\n"
+                            "object ball sphere position 0.5 0.6 0 scale 0.5 surface glass.Material\n";
+  SceneRun one(scene), many(scene);
+  one.options.width = many.options.width = 40;
+  one.options.height = many.options.height = 30;
+  many.options.threads = 4;
+  const lwhost::Raster a = one.render(), b = many.render();
+  int differing = 0;
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 40; ++x) differing += a.get(x, y) != b.get(x, y);
+  EXPECT_EQ(differing, 0);
+}
+
+TEST(SceneRender, OddScenesRenderAndBadOnesAreRefusedByLine) {
+  // No light, a zero-size object, the camera inside a sphere: only the ambient light of the
+  // default grey surface, seen from inside.
+  SceneRun odd("camera cam\nobject flat sphere scale 0\nobject around sphere scale 3\n");
+  EXPECT_EQ(odd.render().get(4, 4).r, Byte(0.05 * 200 / 255));
+
+  const std::pair<std::string, std::string> bad[] = {
+      {"camera c\nobject o cube\n", "test.scene:4: expected: object NAME sphere|plane"},
+      {"camera c\nobject o sphere surface q.Colour\n", "test.scene:4: no node \"q\" is declared above"},
+      {"camera c\nlight l distant falloff linear 2\n", "test.scene:4: \"falloff\" is not a setting of a distant light"},
+      {"camera c\ndepth 99\n", "test.scene:4: expected: depth N, a whole number 0 to 32"},
+      {"camera c position 1 1 1 target 1 1 1\n", "test.scene:3: the target is where the camera is"},
+      {"object o sphere\n", "test.scene: a scene needs a camera line"},
+      {"camera c\noutput p.Ray\n", "test.scene: a scene shades its objects through their surfaces"},
+  };
+  for (const auto& [text, error] : bad) {
+    try {
+      SceneRun run(text);
+      ADD_FAILURE() << "accepted: " << text;
+    } catch (const lwhost::NetworkError& e) {
+      EXPECT_EQ(std::string(e.what()).rfind(error, 0), 0u) << e.what();
+    }
+  }
+}
+
+}  // namespace
