@@ -44,8 +44,11 @@ echo
 echo "== A lit scene: the nodes on three spheres over a mirror floor, two lights with shadows"
 "$lwhost" render "$examples/showroom.scene" -o "$out/showroom.png" --size 960x540 --threads "$(nproc)"
 
-echo "== Scenes: Single Light Lambert per light, and a Cache before three consumers"
-"$build/examples/shading_scenes" "$module" "$out"
+echo
+echo "== Shading scenes: one Single Light Lambert per light; a Cache before three consumers"
+for scene in two-lights cached-network; do
+  "$lwhost" render "$examples/$scene.scene" -o "$out/$scene.png" --threads "$(nproc)"
+done
 
 echo
 echo "== Pictures written to $out"
