@@ -131,8 +131,11 @@ void CheckPattern(const std::string& pattern, bool range) {
 class ProgressLine {
  public:
   ProgressLine(LWFrame first, LWFrame last) : first_(first), last_(last), start_(Clock::now()), tty_(isatty(2)) {}
-  ~ProgressLine() {
-    if (shown_) std::fputs("\n", stderr);
+  ~ProgressLine() { clear(); }
+  // Takes the line away, so that other output starts on a clean line.
+  void clear() {
+    if (shown_) std::fprintf(stderr, "\r%*s\r", kWidth, "");
+    shown_ = false;
   }
   void operator()(double done) {
     const double elapsed = std::chrono::duration<double>(Clock::now() - start_).count();
@@ -140,13 +143,17 @@ class ProgressLine {
     const double frames = static_cast<double>(last_) - first_ + 1.0;
     const auto frame = static_cast<long>(first_ + std::min(frames - 1.0, done * frames));
     const double left = elapsed * (1.0 - done) / done;
-    std::fprintf(stderr, "\rframe %ld (%ld-%ld)  %3.0f%%  %.0f s left   ", frame, static_cast<long>(first_),
-                 static_cast<long>(last_), done * 100.0, left);
+    std::fprintf(stderr, "\r%-*.*s", kWidth, kWidth,
+                 ("frame " + std::to_string(frame) + " (" + std::to_string(first_) + "-" + std::to_string(last_) +
+                  ")  " + std::to_string(static_cast<int>(done * 100.0)) + "%  " +
+                  std::to_string(static_cast<long>(left + 0.5)) + " s left")
+                     .c_str());
     shown_ = true;
   }
 
  private:
   using Clock = std::chrono::steady_clock;
+  static constexpr int kWidth = 60;
   LWFrame first_, last_;
   Clock::time_point start_;
   bool tty_, shown_ = false;
@@ -207,12 +214,14 @@ int RenderScene(const RenderRequest& r, const Network& network) {
           } catch (const PngFileError& e) {
             throw CommandError(range ? "frame " + std::to_string(frame) + ": " + e.what() : e.what());
           }
+          progress.clear();
           std::printf("wrote %s (%dx%d)\n", file->path().c_str(), image.width(), image.height());
           std::fflush(stdout);
           file.reset();
         },
         [&](double done) { progress(done); });
   } catch (const RenderError& e) {
+    progress.clear();
     throw CommandError(built.withFileNames(e.what()));
   }
   ReportPluginErrors(session.host());

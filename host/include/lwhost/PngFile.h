@@ -19,7 +19,7 @@ class PngFileError : public std::runtime_error {
 // An 8-bit RGB PNG written as it is encoded: the file is opened, and its signature and header
 // written, when the object is made, so that an unwritable path fails before anything is
 // rendered; rows then go out in deflate's stored blocks through a buffer of one block, so
-// writing never holds a second copy of the image.
+// writing never holds a second copy of the image. The bytes are those of Raster::encodePng.
 //
 // A regular file (or a new one) is written under a temporary name in the same folder and takes
 // its real name only in finish(): a render that fails leaves neither a half-written file nor
@@ -45,6 +45,7 @@ class PngFile {
   void put(const void* data, std::size_t size);
   void chunk(const char type[4], const unsigned char* data, std::size_t size);
   void raw(const unsigned char* data, std::size_t size);
+  void data(const unsigned char* bytes, std::size_t size);  // inside the IDAT chunk
   void flushBlock(bool last);
   [[noreturn]] void fail(const std::string& why);
 
@@ -55,7 +56,7 @@ class PngFile {
   std::size_t used_ = 0;
   std::uint32_t adler_ = 1;
   bool finished_ = false;
-  bool opened_ = false;  // the zlib header went out with the first block
+  std::uint32_t crc_ = 0;  // of the IDAT chunk so far
 };
 
 }  // namespace lwhost

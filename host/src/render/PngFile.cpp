@@ -53,6 +53,19 @@ PngFile::PngFile(const std::string& path, int width, int height)
   header[9] = 2;  // RGB
   header[10] = header[11] = header[12] = 0;  // deflate, filter method 0, not interlaced
   chunk("IHDR", header, sizeof header);
+
+  // The image data is one IDAT chunk, whose length is known before its first byte: the zlib
+  // header, a 5-byte header per stored block, the rows, the Adler-32. Its CRC follows the data,
+  // so it can be reckoned on the way.
+  const std::size_t raw = static_cast<std::size_t>(height) * (static_cast<std::size_t>(width) * 3 + 1);
+  const std::size_t blocks = (raw + kBlock - 1) / kBlock;
+  unsigned char head[10];
+  Be32(head, static_cast<std::uint32_t>(2 + raw + 5 * blocks + 4));
+  std::memcpy(head + 4, "IDAT", 4);
+  head[8] = 0x78;  // deflate, 32 KiB window; 0x7801 is a multiple of 31
+  head[9] = 0x01;
+  put(head, sizeof head);
+  crc_ = png::Crc32(head + 4, 6);
   // A full disk or a broken pipe shows now, not after the render.
   if (std::fflush(file_) != 0) fail(std::strerror(errno));
 }
@@ -79,40 +92,32 @@ void PngFile::chunk(const char type[4], const unsigned char* data, std::size_t s
   put(crc, sizeof crc);
 }
 
+void PngFile::data(const unsigned char* bytes, std::size_t size) {
+  put(bytes, size);
+  crc_ = png::Crc32(bytes, size, crc_);
+}
+
 void PngFile::flushBlock(bool last) {
-  // One stored block per IDAT chunk: 5 bytes of block header, then the bytes themselves; the
-  // first chunk opens with the zlib header (deflate, 32 KiB window; 0x7801 is a multiple of 31).
   const auto n = static_cast<std::uint16_t>(used_);
   const auto complement = static_cast<std::uint16_t>(~n);
-  unsigned char* b = block_.data();
-  const std::size_t skip = opened_ ? 2 : 0;
-  unsigned char prefixed[7] = {0x78, 0x01, static_cast<unsigned char>(last ? 1 : 0), static_cast<unsigned char>(n & 0xFF),
-                               static_cast<unsigned char>(n >> 8), static_cast<unsigned char>(complement & 0xFF),
-                               static_cast<unsigned char>(complement >> 8)};
-  unsigned char* head = prefixed + skip;
-  const std::size_t headSize = sizeof prefixed - skip;
-  opened_ = true;
-  unsigned char length[8];
-  Be32(length, static_cast<std::uint32_t>(used_ + headSize));
-  std::memcpy(length + 4, "IDAT", 4);
-  put(length, sizeof length);
-  put(head, headSize);
-  put(b, used_);
-  unsigned char crc[4];
-  Be32(crc, png::Crc32(b, used_, png::Crc32(head, headSize, png::Crc32(length + 4, 4))));
-  put(crc, sizeof crc);
+  const unsigned char head[5] = {static_cast<unsigned char>(last ? 1 : 0), static_cast<unsigned char>(n & 0xFF),
+                                 static_cast<unsigned char>(n >> 8), static_cast<unsigned char>(complement & 0xFF),
+                                 static_cast<unsigned char>(complement >> 8)};
+  data(head, sizeof head);
+  data(block_.data(), used_);
   used_ = 0;
 }
 
 void PngFile::raw(const unsigned char* data, std::size_t size) {
   adler_ = png::Adler32(data, size, adler_);
   while (size > 0) {
+    // A full block waits for more data, so that the last block is the one marked last.
+    if (used_ == kBlock) flushBlock(false);
     const std::size_t n = std::min(size, kBlock - used_);
     std::memcpy(block_.data() + used_, data, n);
     used_ += n;
     data += n;
     size -= n;
-    if (used_ == kBlock) flushBlock(false);
   }
 }
 
@@ -144,9 +149,11 @@ void PngFile::finish() {
   if (finished_) return;
   if (rows_ != height_) fail(std::to_string(height_ - rows_) + " rows were never written");
   flushBlock(true);
-  unsigned char adler[4];
-  Be32(adler, adler_);
-  chunk("IDAT", adler, sizeof adler);
+  unsigned char tail[8];
+  Be32(tail, adler_);
+  data(tail, 4);
+  Be32(tail + 4, crc_);
+  put(tail + 4, 4);
   chunk("IEND", nullptr, 0);
   std::FILE* f = file_;
   file_ = nullptr;

@@ -4,8 +4,10 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 
 #include "RayTracer.h"
@@ -147,17 +149,34 @@ void SceneRenderer::renderPixels(const World& world, Raster& image, int threads,
 
   std::vector<std::thread> pool;
   pool.reserve(threads);
-  for (int t = 0; t < threads; ++t) pool.emplace_back(work, t);
+  int started = 0;
+  try {
+    for (; started < threads; ++started) pool.emplace_back(work, started);
+  } catch (const std::system_error&) {
+    // The system would not give us more threads: this one does the rest of the work.
+    for (int t = started; t < threads; ++t) work(t);
+  }
+  // A progress callback that throws must not leave threads running over this frame.
+  std::exception_ptr failure;
+  auto report = [&](int rows) {
+    if (failure) return;
+    try {
+      tick(rows);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  };
   {
     std::unique_lock<std::mutex> lock(mutex);
     while (!finished.wait_for(lock, std::chrono::milliseconds(100), [&] { return running == 0; })) {
       lock.unlock();
-      tick(rowsDone.load(std::memory_order_relaxed));
+      report(rowsDone.load(std::memory_order_relaxed));
       lock.lock();
     }
   }
   for (auto& t : pool) t.join();
-  tick(world.height);
+  report(world.height);
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace lwhost
