@@ -206,7 +206,8 @@ class Recorder : public benchmark::ConsoleReporter {
   // The first result whose full name (options included) starts and ends so.
   static double find(const std::map<std::string, double>& in, const std::string& start, const std::string& end = "") {
     for (const auto& [name, value] : in)
-      if (name.rfind(start, 0) == 0 && name.size() >= end.size() && name.compare(name.size() - end.size(), end.size(), end) == 0)
+      if (name.rfind(start, 0) == 0 && name.size() >= end.size() &&
+          name.compare(name.size() - end.size(), end.size(), end) == 0)
         return value;
     return 0.0;
   }
@@ -219,9 +220,10 @@ bool Summarise(const Recorder& r) {
   const double hit = r.find(r.ns, "BM_Request/Hit/"), upstream = r.find(r.ns, "BM_Request/Upstream/");
   bool ok = true;
   if (hit > 0.0 && upstream > 0.0) {
-    std::printf("\nCache, per request (CPU time): hit %.1f ns, miss %.1f ns, pass-through %.1f ns; "
-                "the Material Blender it saves %.1f ns\n",
-                hit, r.find(r.ns, "BM_Request/Miss/"), r.find(r.ns, "BM_Request/PassThrough/"), upstream);
+    std::printf(
+        "\nCache, per request (CPU time): hit %.1f ns, miss %.1f ns, pass-through %.1f ns; "
+        "the Material Blender it saves %.1f ns\n",
+        hit, r.find(r.ns, "BM_Request/Miss/"), r.find(r.ns, "BM_Request/PassThrough/"), upstream);
     ok = hit <= kHitBudget * upstream;
     std::printf("  a hit costs %.2f of the upstream (budget %.2f): %s\n", hit / upstream, kHitBudget,
                 ok ? "within" : "OVER BUDGET");

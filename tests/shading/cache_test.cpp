@@ -44,7 +44,8 @@ class CacheTest : public ::testing::Test {
 
 TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
   std::string names;  // input and output i alike
-  for (int i = 0; i < 5; ++i) names += cache.inputs()[i]->name() + ":" + std::to_string(cache.outputs()[i]->type()) + " ";
+  for (int i = 0; i < 5; ++i)
+    names += cache.inputs()[i]->name() + ":" + std::to_string(cache.outputs()[i]->type()) + " ";
   EXPECT_EQ(names, "Material:6 Scalar:2 Colour:1 Vector:3 Integer:4 ");
   LWNodalMaterial m{}, got;
   m.diffuse[1] = m.transparency = 0.5;
