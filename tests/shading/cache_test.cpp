@@ -43,10 +43,11 @@ class CacheTest : public ::testing::Test {
 };
 
 TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
-  std::string names;  // input and output i alike
-  for (int i = 0; i < 5; ++i)
-    names += cache.inputs()[i]->name() + ":" + std::to_string(cache.outputs()[i]->type()) + " ";
-  EXPECT_EQ(names, "Material:6 Scalar:2 Colour:1 Vector:3 Integer:4 ");
+  std::string ins, outs;
+  for (const auto& c : cache.inputs()) ins += c->name() + ":" + std::to_string(c->type()) + " ";
+  for (const auto& c : cache.outputs()) outs += c->name() + ":" + std::to_string(c->type()) + " ";
+  EXPECT_EQ(ins, "Material:6 Scalar:2 Colour:1 Vector:3 Integer:4 ");
+  EXPECT_EQ(outs, ins);
   LWNodalMaterial m{}, got;
   m.diffuse[1] = m.transparency = 0.5;
   editor.connect(editor.addMaterial(m), "Material", cache, "Material");
