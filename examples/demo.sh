@@ -70,5 +70,11 @@ mkdir -p "$out/config/lwhost" && cp "$out/settings/CommandStats.txt" "$out/confi
 XDG_CONFIG_HOME=$(cd "$out" && pwd)/config "$lwhost" panel "$module" CommandStatistics -o "$out/panel-CommandStatistics.png"
 
 echo
+echo "== Shading scenes: one Single Light Lambert per light; a Cache before three consumers"
+for scene in two-lights cached-network; do
+  "$lwhost" render "$examples/$scene.scene" -o "$out/$scene.png" --threads "$(nproc)"
+done
+
+echo
 echo "== Pictures written to $out"
 ls "$out"
