@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "colour/CorrectorSession.h"
-#include "lwhost/FormRenderer.h"
 
 namespace colourtest {
 namespace {
@@ -50,13 +49,6 @@ TEST_F(CorrectorTest, ANewNodeShowsItsConnectorsParametersAndForm) {
   EXPECT_TRUE(c.panel.setInteger(kInvertId, 5));
   EXPECT_EQ(c.panel.shownValue(kInvertId).integer[0], 1);
   EXPECT_THAT(correct(c, {0.25, 0.5, 1.5}), ElementsAre(0.75, 0.5, -0.5));
-
-  // A picture for a person to look at.
-  set(c, kHueId, kPi / 4);
-  std::string error;
-  EXPECT_TRUE(lwhost::RenderForm(c.panel).writePng(
-      std::string(COLOUR_TEST_OUTPUT_DIR) + "/simple_colour_corrector_form.png", &error))
-      << error;
   EXPECT_TRUE(c.panel.problems().empty()) << c.panel.problems().front();
 }
 

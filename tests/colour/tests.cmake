@@ -4,4 +4,3 @@ vorn_add_test_suite(colour_tests
   ${CMAKE_CURRENT_LIST_DIR}/node_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/storage_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/render_path_test.cpp)
-target_compile_definitions(colour_tests PRIVATE COLOUR_TEST_OUTPUT_DIR="${CMAKE_CURRENT_BINARY_DIR}")

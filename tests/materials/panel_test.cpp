@@ -2,7 +2,6 @@
 // version it needs before it builds anything.
 #include <cstdio>
 
-#include "lwhost/FormRenderer.h"
 #include "materials/MaterialBlenderTest.h"
 
 namespace materials {
@@ -32,14 +31,6 @@ TEST_F(MaterialBlenderTest, TheFormListsModeThenOpacityPerChannel) {
                             "Difference", "Negative", "Colour Dodge", "Colour Burn", "Red", "Green", "Blue"))
         << kChannel[k];
   EXPECT_TRUE(panel.hasDividerAfter(0x9900)) << "the module's common heading";
-
-  // A picture with a setting or two, for a person to look at.
-  setMode(node, 1, Blend_Screen);
-  setOpacity(node, 1, 0.5);
-  std::string error;
-  EXPECT_TRUE(lwhost::RenderForm(panel).writePng(std::string(MATERIAL_TEST_OUTPUT_DIR) + "/material_blender_form.png",
-                                                 &error))
-      << error;
   EXPECT_TRUE(panel.problems().empty()) << panel.problems().front();
 }
 

@@ -3,4 +3,3 @@ vorn_add_test_suite(material_tests
   ${CMAKE_CURRENT_LIST_DIR}/blend_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/panel_test.cpp
   ${CMAKE_CURRENT_LIST_DIR}/storage_test.cpp)
-target_compile_definitions(material_tests PRIVATE MATERIAL_TEST_OUTPUT_DIR="${CMAKE_CURRENT_BINARY_DIR}")
