@@ -13,7 +13,7 @@ namespace vorn {
 
 // A reusable colour correction: brightness, contrast, hue rotation, saturation, gamma and
 // inversion, with their persistence and panel data.
-class SimpleColourCorrector : public hostkit::Storeable {
+class SimpleColourCorrector final : public hostkit::Storeable {
  public:
   // The parameters appear in `group`, or in a group of their own made inside it.
   SimpleColourCorrector(void* group, const char* pluginName, bool ownGroup);
