@@ -175,7 +175,9 @@ TEST_F(MaterialBlenderTest, ConnectedChannelInputsTakeThePlaceOfTheMaterials) {
   EXPECT_EQ(ConnectorSpy::destroyed, 28);
   for (const std::string& name : session.host().globals().namesAsked()) {
     const lwhost::LookupCounts c = session.host().globals().counts(name);
-    if (c.acquire > 0 && name != "Info Messages 2") EXPECT_EQ(c.release, 1) << name;
+    if (c.acquire > 0 && name != "Info Messages 2") {
+      EXPECT_EQ(c.release, 1) << name;
+    }
   }
   EXPECT_TRUE(bg.outputs()[0]->targets().empty());
 }

@@ -13,6 +13,7 @@
 #include <sstream>
 #include <tuple>
 
+#include "io/ScriptWords.h"
 #include "lwhost/CreationError.h"
 #include "lwhost/Envelope.h"
 #include "lwhost/NodeError.h"
@@ -219,35 +220,10 @@ class Parser {
  private:
   [[noreturn]] void fail(int line, const std::string& reason) const { throw NetworkError(file_, line, reason); }
 
-  // Words split at blanks; double quotes group blanks into a word (and are dropped), '#' outside
-  // quotes starts a comment.
   std::vector<std::string> split(const std::string& raw, int number) const {
-    std::vector<std::string> words;
-    std::string word;
-    bool inWord = false, quoted = false;
-    for (char c : raw) {
-      if (quoted) {
-        if (c == '"')
-          quoted = false;
-        else
-          word.push_back(c);
-        continue;
-      }
-      if (c == '#') break;
-      if (c == '"') {
-        quoted = inWord = true;
-      } else if (std::isspace(static_cast<unsigned char>(c))) {
-        if (inWord) words.push_back(word);
-        word.clear();
-        inWord = false;
-      } else {
-        word.push_back(c);
-        inWord = true;
-      }
-    }
-    if (quoted) fail(number, "a quote is not closed");
-    if (inWord) words.push_back(word);
-    return words;
+    auto words = SplitScriptWords(raw, false);
+    if (!words) fail(number, "a quote is not closed");
+    return std::move(*words);
   }
 
   NetworkStatement parseLine(const Line& line) {

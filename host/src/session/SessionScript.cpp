@@ -11,6 +11,7 @@
 #include <sstream>
 #include <vector>
 
+#include "io/ScriptWords.h"
 #include "SceneFrameRenderer.h"
 #include "lwhost/NetworkFile.h"
 #include "lwhost/LayoutSession.h"
@@ -63,37 +64,10 @@ class Runner {
     return word == "set" || word == "click" || word == "select" || word == "file" || word == "cancel";
   }
 
-  // Words split at blanks; double quotes group blanks into a word, where \" and \\ stand for
-  // themselves; '#' outside quotes starts a comment.
   std::vector<std::string> split(const std::string& raw, int number) const {
-    std::vector<std::string> words;
-    std::string word;
-    bool inWord = false, quoted = false;
-    for (std::size_t i = 0; i < raw.size(); ++i) {
-      const char c = raw[i];
-      if (quoted) {
-        if (c == '\\' && i + 1 < raw.size() && (raw[i + 1] == '"' || raw[i + 1] == '\\'))
-          word.push_back(raw[++i]);
-        else if (c == '"')
-          quoted = false;
-        else
-          word.push_back(c);
-      } else if (c == '#') {
-        break;
-      } else if (c == '"') {
-        quoted = inWord = true;
-      } else if (std::isspace(static_cast<unsigned char>(c))) {
-        if (inWord) words.push_back(word);
-        word.clear();
-        inWord = false;
-      } else {
-        word.push_back(c);
-        inWord = true;
-      }
-    }
-    if (quoted) fail(number, "a quote is not closed");
-    if (inWord) words.push_back(word);
-    return words;
+    auto words = SplitScriptWords(raw, true);
+    if (!words) fail(number, "a quote is not closed");
+    return std::move(*words);
   }
 
   void expect(const Line& line, std::size_t least, std::size_t most, const char* form) const {
