@@ -47,7 +47,7 @@ TEST(ModuleLoading, BrokenFilesAreRefusedWithTheirFault) {
 
 TEST(ModuleLoading, CommandReportsOneLineAndFails) {
   for (const Refusal& r : kRefusals) {
-    CommandResult result = RunCommand(std::string(LWHOST_PATH) + " servers '" + r.file + "'");
+    CommandResult result = RunCommand({LWHOST_PATH, "servers", r.file});
     EXPECT_NE(result.status, 0) << r.file;
     EXPECT_NE(result.status, -1) << r.file << " crashed: " << result.output;
     EXPECT_EQ(result.output.rfind("lwhost: " + r.file + ": ", 0), 0u) << result.output;
@@ -57,7 +57,7 @@ TEST(ModuleLoading, CommandReportsOneLineAndFails) {
 }
 
 TEST(ModuleLoading, CommandListsTheFixtureServers) {
-  CommandResult result = RunCommand(std::string(LWHOST_PATH) + " servers " + testpaths::kFixture);
+  CommandResult result = RunCommand({LWHOST_PATH, "servers", testpaths::kFixture});
   ASSERT_EQ(result.status, 0) << result.output;
   EXPECT_THAT(result.output, ::testing::StartsWith("CLASS "));
   EXPECT_THAT(result.output, ::testing::ContainsRegex("\nFixtureProbe +probe +Fixture Probe\n"));
