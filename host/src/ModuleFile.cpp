@@ -3,41 +3,12 @@
 #include <sstream>
 #include <sys/stat.h>
 
+#include "SharedLibrary.h"
 #include "lwhost/Host.h"
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <dlfcn.h>
-#endif
 
 namespace lwhost {
 
 namespace {
-
-#ifdef _WIN32
-void* OpenLibrary(const std::string& path, std::string& error) {
-  HMODULE h = LoadLibraryA(path.c_str());
-  if (!h) error = "not a loadable module (error " + std::to_string(GetLastError()) + ")";
-  return h;
-}
-void* Symbol(void* lib, const char* name) {
-  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(lib), name));
-}
-void CloseLibrary(void* lib) { FreeLibrary(static_cast<HMODULE>(lib)); }
-#else
-void* OpenLibrary(const std::string& path, std::string& error) {
-  // Each module keeps its own symbols, as LightWave loads many modules side by side.
-  void* h = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!h) {
-    const char* why = dlerror();
-    error = std::string("not a loadable module (") + (why ? why : "unknown reason") + ")";
-  }
-  return h;
-}
-void* Symbol(void* lib, const char* name) { return dlsym(lib, name); }
-void CloseLibrary(void* lib) { dlclose(lib); }
-#endif
 
 std::string Hex(unsigned int v) {
   std::ostringstream s;
@@ -55,11 +26,11 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
   if (!S_ISREG(st.st_mode)) fail("not a regular file");
 
   std::string error;
-  library_ = OpenLibrary(path, error);
+  library_ = library::Open(path, error);
   if (!library_) fail(error);
 
   try {
-    descriptor_ = static_cast<ModuleDescriptor*>(Symbol(library_, "_mod_descrip"));
+    descriptor_ = static_cast<ModuleDescriptor*>(library::Symbol(library_, "_mod_descrip"));
     if (!descriptor_) fail("no module descriptor (_mod_descrip is not exported)");
     if (descriptor_->sysSync != MOD_SYSSYNC)
       fail("bad synchronisation word " + Hex(descriptor_->sysSync) + ", expected " + Hex(MOD_SYSSYNC));
@@ -80,14 +51,14 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
     for (const ServerRecord* r = descriptor_->serverDefs; r->className; ++r) records_.push_back(r);
   } catch (...) {
     if (started_ && descriptor_->shutdown) descriptor_->shutdown(serverData_);
-    CloseLibrary(library_);
+    library::Close(library_);
     throw;
   }
 }
 
 ModuleFile::~ModuleFile() {
   shutdown();
-  CloseLibrary(library_);
+  library::Close(library_);
 }
 
 void ModuleFile::shutdown() {
