@@ -9,6 +9,9 @@ struct CommandResult {
   std::string output;
 };
 
+// A command line for the system's shell: sh, or cmd.exe on Windows.
+CommandResult RunCommand(const std::string& commandLine);
+
 // `words` are the program and its arguments, each reaching it as one argument whatever it holds;
 // `environment` holds "NAME=value" entries set for the program on top of this process's own.
 CommandResult RunCommand(const std::vector<std::string>& words, const std::vector<std::string>& environment = {});

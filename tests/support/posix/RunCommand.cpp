@@ -18,8 +18,12 @@ CommandResult RunCommand(const std::vector<std::string>& words, const std::vecto
   std::string command = "env";
   for (const std::string& e : environment) command += " " + ShellQuoted(e);
   for (const std::string& w : words) command += " " + ShellQuoted(w);
+  return RunCommand(command);
+}
+
+CommandResult RunCommand(const std::string& commandLine) {
   CommandResult result;
-  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+  FILE* pipe = popen((commandLine + " 2>&1").c_str(), "r");
   if (!pipe) return result;
   char buffer[512];
   while (fgets(buffer, sizeof buffer, pipe)) result.output += buffer;

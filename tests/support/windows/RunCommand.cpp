@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -18,7 +19,23 @@ std::string Quoted(const std::string& word) {
   return quoted.append(backslashes, '\\') + "\"";
 }
 
+// Drops the CR of CR LF: the tests compare lines as POSIX prints them.
+void AppendText(std::string& text, const char* bytes, size_t n) {
+  for (size_t i = 0; i < n; ++i)
+    if (bytes[i] != '\r') text += bytes[i];
+}
+
 }  // namespace
+
+CommandResult RunCommand(const std::string& commandLine) {
+  CommandResult result;
+  FILE* pipe = _popen((commandLine + " 2>&1").c_str(), "rb");
+  if (!pipe) return result;
+  char buffer[512];
+  for (size_t got; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) AppendText(result.output, buffer, got);
+  result.status = _pclose(pipe);
+  return result;
+}
 
 CommandResult RunCommand(const std::vector<std::string>& words, const std::vector<std::string>& environment) {
   CommandResult result;
@@ -46,9 +63,7 @@ CommandResult RunCommand(const std::vector<std::string>& words, const std::vecto
   CloseHandle(write);  // the child holds the only writing end now: end of file when it exits
   char buffer[512];
   DWORD got = 0;
-  while (started && ReadFile(read, buffer, sizeof buffer, &got, nullptr) && got > 0)
-    for (DWORD i = 0; i < got; ++i)
-      if (buffer[i] != '\r') result.output += buffer[i];  // compared as POSIX prints lines
+  while (started && ReadFile(read, buffer, sizeof buffer, &got, nullptr) && got > 0) AppendText(result.output, buffer, got);
   CloseHandle(read);
   if (!started) return result;
   WaitForSingleObject(process.hProcess, INFINITE);
