@@ -3,7 +3,13 @@
 # A LightWave plug-in module: a shared object named <output-name>.p on every platform that
 # exports _mod_descrip and nothing else, built on the hostkit framework.
 function(vorn_add_plugin_module target output_name)
-  add_library(${target} MODULE ${ARGN})
+  set(sources ${ARGN})
+  if(MINGW)
+    # mingw's runtime runs static initialisers in reverse link order; the records must come out
+    # in the order the sources are listed, as they do elsewhere.
+    list(REVERSE sources)
+  endif()
+  add_library(${target} MODULE ${sources})
   set_target_properties(${target} PROPERTIES
     PREFIX ""
     OUTPUT_NAME ${output_name}

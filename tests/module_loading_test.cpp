@@ -42,14 +42,14 @@ TEST(ModuleLoading, BrokenFilesAreRefusedWithTheirFault) {
     EXPECT_EQ(what.rfind(r.file + ": ", 0), 0u) << what;  // names the file first
     EXPECT_NE(what.find(r.reason), std::string::npos) << what;
     EXPECT_EQ(what.find('\n'), std::string::npos) << what;
-    const CommandResult run = RunCommand(std::string(LWHOST_PATH) + " servers '" + r.file + "'");
+    const CommandResult run = RunCommand({LWHOST_PATH, "servers", r.file});
     EXPECT_EQ(run.status, 1) << run.output;
     EXPECT_EQ(run.output, "lwhost: " + what + "\n");
   }
 }
 
 TEST(ModuleLoading, CommandListsTheFixtureServers) {
-  CommandResult result = RunCommand(std::string(LWHOST_PATH) + " servers " + testpaths::kFixture);
+  CommandResult result = RunCommand({LWHOST_PATH, "servers", testpaths::kFixture});
   ASSERT_EQ(result.status, 0) << result.output;
   EXPECT_THAT(result.output, ::testing::StartsWith("CLASS "));
   EXPECT_THAT(result.output, ::testing::ContainsRegex("\nFixtureProbe +probe +Fixture Probe\n"));

@@ -7,7 +7,9 @@ const std::string& DirInfo::GetDirectory(const char* type) {
   const char* answer = available() ? getGlobal()(type ? type : defaultType_) : nullptr;
   if (!answer) return result_;
   result_ = answer;
-  if (!result_.empty() && result_.find_last_of('/') != result_.size() - 1) result_ += '/';
+  // Ended with the separator the host's path already uses: LightWave on Windows answers "C:\...".
+  const size_t last = result_.find_last_of("/\\");
+  if (!result_.empty() && last != result_.size() - 1) result_ += last != std::string::npos ? result_[last] : '/';
   return result_;
 }
 

@@ -14,7 +14,8 @@ struct GlobalName<LWDirInfoFunc> {
   static constexpr const char* value = service::DirectoryInfo;
 };
 
-// The host's configured directories, each returned with one trailing slash.
+// The host's configured directories, each returned with one trailing separator in the host's
+// style ('/', or a backslash after a Windows path).
 class DirInfo : public GlobalBase<LWDirInfoFunc> {
  public:
   explicit DirInfo(const char* defaultType = "Settings") : defaultType_(defaultType) {}

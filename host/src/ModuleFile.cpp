@@ -4,14 +4,9 @@
 #include <sstream>
 #include <sys/stat.h>
 
+#include "SharedLibrary.h"
 #include "lwhost/Host.h"
 #include "lwhost/ModuleImage.h"
-
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <dlfcn.h>
-#endif
 
 namespace lwhost {
 
@@ -19,34 +14,8 @@ namespace {
 
 #ifdef _WIN32
 const auto CheckImage = CheckPeImage;
-// A name without a folder would be looked for along the DLL search path.
-std::string AsPath(const std::string& path) {
-  return path.find_first_of("/\\:") == std::string::npos ? ".\\" + path : path;
-}
-void* OpenLibrary(const std::string& path, std::string& error) {
-  HMODULE h = LoadLibraryA(AsPath(path).c_str());
-  if (!h) error = "not a loadable module (error " + std::to_string(GetLastError()) + ")";
-  return h;
-}
-void* Symbol(void* lib, const char* name) {
-  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(lib), name));
-}
-void CloseLibrary(void* lib) { FreeLibrary(static_cast<HMODULE>(lib)); }
 #else
 const auto CheckImage = CheckElfImage;
-// dlopen takes a name without a slash as a library to search for, not a file here.
-std::string AsPath(const std::string& path) { return path.find('/') == std::string::npos ? "./" + path : path; }
-void* OpenLibrary(const std::string& path, std::string& error) {
-  // Each module keeps its own symbols, as LightWave loads many modules side by side.
-  void* h = dlopen(AsPath(path).c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!h) {
-    const char* why = dlerror();
-    error = std::string("not a loadable module (") + (why ? why : "unknown reason") + ")";
-  }
-  return h;
-}
-void* Symbol(void* lib, const char* name) { return dlsym(lib, name); }
-void CloseLibrary(void* lib) { dlclose(lib); }
 #endif
 
 std::string Hex(unsigned int v) {
@@ -74,11 +43,11 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
   }
 
   std::string error;
-  library_ = OpenLibrary(path, error);
+  library_ = library::Open(path, error);
   if (!library_) fail(error);
 
   try {
-    descriptor_ = static_cast<ModuleDescriptor*>(Symbol(library_, "_mod_descrip"));
+    descriptor_ = static_cast<ModuleDescriptor*>(library::Symbol(library_, "_mod_descrip"));
     if (!descriptor_) fail("no module descriptor (_mod_descrip is not exported)");
     if (descriptor_->sysSync != MOD_SYSSYNC)
       fail("bad synchronisation word " + Hex(descriptor_->sysSync) + ", expected " + Hex(MOD_SYSSYNC));
@@ -99,14 +68,14 @@ ModuleFile::ModuleFile(const std::string& path) : path_(path) {
     for (const ServerRecord* r = descriptor_->serverDefs; r->className; ++r) records_.push_back(r);
   } catch (...) {
     if (started_ && descriptor_->shutdown) descriptor_->shutdown(serverData_);
-    CloseLibrary(library_);
+    library::Close(library_);
     throw;
   }
 }
 
 ModuleFile::~ModuleFile() {
   shutdown();
-  CloseLibrary(library_);
+  library::Close(library_);
 }
 
 void ModuleFile::shutdown() {

@@ -117,7 +117,7 @@ LWNodeOutputFuncs* g_outputs = nullptr;
 template <class... Values>
 void Log(const char* format, Values... values) {
   const char* path = std::getenv("CLI_PROBE_LOG");
-  if (FILE* log = path ? std::fopen(path, "a") : nullptr) {
+  if (FILE* log = path ? std::fopen(path, "ab") : nullptr) {
     std::fprintf(log, format, values...);
     std::fclose(log);
   }

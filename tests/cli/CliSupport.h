@@ -22,11 +22,10 @@ inline std::string ShellQuoted(const std::string& word) {
 }
 
 // Runs lwhost with these words (each one argument), stdout and stderr together; `environment`
-// is prefixed as is, e.g. "VORN_MODULE=/x/vorn.p".
-inline CommandResult Lwhost(const std::vector<std::string>& args, const std::string& environment = "") {
-  std::string command = environment + " " + ShellQuoted(LWHOST_PATH);
-  for (const std::string& a : args) command += " " + ShellQuoted(a);
-  return RunCommand(command);
+// holds "NAME=value" entries, e.g. "VORN_MODULE=/x/vorn.p".
+inline CommandResult Lwhost(std::vector<std::string> args, const std::vector<std::string>& environment = {}) {
+  args.insert(args.begin(), LWHOST_PATH);
+  return RunCommand(args, environment);
 }
 
 // A fresh path in the suite's output folder: a file left there by an earlier run is removed.

@@ -32,7 +32,7 @@ RGB Lit(double r, double g, double b) {
 
 // The set variable must win over the default, which would not load.
 const std::string kVornLine = "module vorn ${VORN_MODULE:-nowhere}\n";
-const std::string kEnvironment = "VORN_MODULE=" + cli::ShellQuoted(testpaths::kVorn) + " LWHOST_TEST_EMPTY=";
+const std::vector<std::string> kEnvironment{std::string("VORN_MODULE=") + testpaths::kVorn, "LWHOST_TEST_EMPTY="};
 
 std::string WriteNetwork(const std::string& name, const std::string& text) {
   const std::string path = OutputPath(name);
@@ -100,7 +100,7 @@ TEST(RenderCommand, StartsTimesAndCleansUpEveryPluginNodeAroundThePixels) {
   auto render = [&](const char* failInit) {
     std::filesystem::remove(log);
     return Lwhost({"render", network, "-o", out, "--size", "4x3", "--frame", "12"},
-                  "CLI_PROBE_LOG=" + cli::ShellQuoted(log) + " CLI_PROBE_FAIL_INIT=" + failInit);
+                  {"CLI_PROBE_LOG=" + log, std::string("CLI_PROBE_FAIL_INIT=") + failInit});
   };
   // The default scene runs at 30 frames per second; clean-up goes in reverse order; 6 pixel
   // centres of a 4x3 picture lie on the sphere (within 0.45 x 3 of the middle).
@@ -126,7 +126,8 @@ TEST(Lwhost, RefusesBadRequestsWithOneLineNamingTheFault) {
   const std::string a = "node a = Color 1 0 0\n", oa = "output a.Color\n", oc = "output cc.Colour\n";
   const std::string v = kVornLine, na = v + a, nc = v + "node cc = vorn " + cc + "\n", nca = nc + a;
   // Relative module paths start at the network's folder.
-  const std::string elsewhere = (std::filesystem::path(CLI_TEST_OUTPUT_DIR).parent_path() / "elsewhere").string();
+  const auto native = [](const std::string& path) { return std::filesystem::path(path).make_preferred().string(); };
+  const std::string elsewhere = native(std::filesystem::path(CLI_TEST_OUTPUT_DIR).parent_path().string() + "/elsewhere/$x.p");
   struct Case {
     std::vector<std::string> args;  // "-o FILE" goes after the command, so that a later -o wins
     int status;
@@ -172,9 +173,9 @@ TEST(Lwhost, RefusesBadRequestsWithOneLineNamingTheFault) {
       {{"render"}, 1, "a quote is not closed", v + "node a = Color 1 0 0 \"red\n", ":2: "},
       {{"render"}, 1, "no output line", na, ": "},
       // An empty variable does not win over the default; $$ is a dollar sign.
-      {{"render"}, 1, "cannot load module: " + elsewhere + "/$x.p",
+      {{"render"}, 1, "cannot load module: " + elsewhere,
        "module v ${LWHOST_TEST_EMPTY:-../elsewhere}/$$x.p\n" + a + oa, ":1: "},
-      {{"render"}, 1, "cannot load module: /no such" + vorn, "module v \"/no such$VORN_MODULE\"\n" + a + oa, ":1: "},
+      {{"render"}, 1, "cannot load module: " + native("/no such" + vorn), "module v \"/no such$VORN_MODULE\"\n" + a + oa, ":1: "},
       {{"render"}, 1, "variable LWHOST_TEST_UNSET is not set", "module vorn ${LWHOST_TEST_UNSET}/vorn.p\n", ":1: "},
       {{"render"}, 1, "unknown statement", std::string(kJunk, sizeof kJunk - 1), ":1: "},
   };

@@ -176,6 +176,8 @@ TEST(DirectoryInfo, EveryDirectoryEndsInOneSlash) {
   const Case cases[] = {{"Settings", "/home/user/.config/lw", "/home/user/.config/lw/"},
                         {"Settings", "/srv/lw/", "/srv/lw/"},
                         {"Settings", "/", "/"},
+                        {"Settings", "C:\\LightWave\\Settings", "C:\\LightWave\\Settings\\"},
+                        {"Settings", "C:\\", "C:\\"},
                         {"Scenes", "relative/scenes", "relative/scenes/"},
                         {"NoSuchKind", nullptr, ""}};
   for (const Case& c : cases) {

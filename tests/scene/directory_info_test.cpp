@@ -12,7 +12,8 @@ TEST_F(SceneTest, ConfiguredPathsNeverEndInASeparatorAndStayPut) {
   lwhost::Directories& dirs = scene.directories();
   // A root stays a root, and what is under it gets exactly one separator.
   const char* const contents[][3] = {
-      {"/projects/show///", "/projects/show", "/projects/show/Objects"}, {"/", "/", "/Objects"}, {"C:\\", "C:\\", "C:\\Objects"}};
+      {"/projects/show///", "/projects/show", "/projects/show/Objects"}, {"/", "/", "/Objects"}, {"C:\\", "C:\\", "C:\\Objects"},
+      {"D:\\Show\\", "D:\\Show", "D:\\Show\\Objects"}};
   for (const auto& c : contents) {
     dirs.setContentDirectory(c[0]);
     EXPECT_STREQ(dir(LWFTYPE_CONTENT), c[1]);
@@ -48,30 +49,51 @@ TEST_F(SceneTest, ConfiguredPathsNeverEndInASeparatorAndStayPut) {
   EXPECT_EQ(expected, scenes);
 }
 
-// Puts HOME and XDG_CONFIG_HOME back afterwards.
+// Sets, or removes when null, a variable of this process's environment.
+void SetVariable(const char* name, const char* value) {
+#ifdef _WIN32
+  _putenv_s(name, value ? value : "");
+#else
+  value ? setenv(name, value, 1) : unsetenv(name);
+#endif
+}
+
+// Puts HOME, XDG_CONFIG_HOME and APPDATA back afterwards.
 struct EnvironmentGuard {
-  std::pair<const char*, std::optional<std::string>> saved[2] = {{"XDG_CONFIG_HOME", {}}, {"HOME", {}}};
+  std::pair<const char*, std::optional<std::string>> saved[3] = {{"XDG_CONFIG_HOME", {}}, {"HOME", {}}, {"APPDATA", {}}};
   EnvironmentGuard() {
     for (auto& [name, value] : saved)
       if (const char* old = std::getenv(name)) value = old;
   }
   ~EnvironmentGuard() {
-    for (auto& [name, value] : saved) value ? setenv(name, value->c_str(), 1) : unsetenv(name);
+    for (auto& [name, value] : saved) SetVariable(name, value ? value->c_str() : nullptr);
   }
 };
 
+#ifdef _WIN32
+TEST(DirectoryDefaults, SettingsLiveInTheUsersApplicationData) {
+  EnvironmentGuard guard;
+  SetVariable("APPDATA", "C:\\Users\\tester\\AppData\\Roaming\\");
+  EXPECT_STREQ(lwhost::Directories().lookup(LWFTYPE_SETTING), "C:\\Users\\tester\\AppData\\Roaming\\lwhost");
+  SetVariable("APPDATA", "Roaming");  // not a place of its own
+  lwhost::Directories dirs;
+  dirs.setContentDirectory("D:\\content");
+  EXPECT_STREQ(dirs.lookup(LWFTYPE_SETTING), "D:\\content\\Settings");
+}
+#else
 TEST(DirectoryDefaults, SettingsLiveInTheUsersConfigHome) {
   EnvironmentGuard guard;
-  setenv("XDG_CONFIG_HOME", "/xdg/config/", 1);
-  setenv("HOME", "/home/tester/", 1);
+  SetVariable("XDG_CONFIG_HOME", "/xdg/config/");
+  SetVariable("HOME", "/home/tester/");
   EXPECT_STREQ(lwhost::Directories().lookup(LWFTYPE_SETTING), "/xdg/config/lwhost");
-  setenv("XDG_CONFIG_HOME", "relative/config", 1);  // XDG: relative values are ignored
+  SetVariable("XDG_CONFIG_HOME", "relative/config");  // XDG: relative values are ignored
   EXPECT_STREQ(lwhost::Directories().lookup(LWFTYPE_SETTING), "/home/tester/.config/lwhost");
-  unsetenv("XDG_CONFIG_HOME");
-  unsetenv("HOME");
+  SetVariable("XDG_CONFIG_HOME", nullptr);
+  SetVariable("HOME", nullptr);
   lwhost::Directories dirs;
   dirs.setContentDirectory("/content");
   EXPECT_STREQ(dirs.lookup(LWFTYPE_SETTING), "/content/Settings");
 }
+#endif
 
 }  // namespace

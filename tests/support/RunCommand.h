@@ -1,22 +1,17 @@
 #pragma once
 
-#include <cstdio>
 #include <string>
-#include <sys/wait.h>
+#include <vector>
 
-// Runs a shell command, capturing what it printed on both streams.
+// Runs a program, capturing what it printed on both streams.
 struct CommandResult {
-  int status = -1;  // exit code; -1 when it did not exit normally
+  int status = -1;  // exit code; -1 when it did not exit normally (a signal, an exception)
   std::string output;
 };
 
-inline CommandResult RunCommand(const std::string& command) {
-  CommandResult result;
-  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-  if (!pipe) return result;
-  char buffer[512];
-  while (fgets(buffer, sizeof buffer, pipe)) result.output += buffer;
-  int status = pclose(pipe);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return result;
-}
+// A command line for the system's shell: sh, or cmd.exe on Windows.
+CommandResult RunCommand(const std::string& commandLine);
+
+// `words` are the program and its arguments, each reaching it as one argument whatever it holds;
+// `environment` holds "NAME=value" entries set for the program on top of this process's own.
+CommandResult RunCommand(const std::vector<std::string>& words, const std::vector<std::string>& environment = {});

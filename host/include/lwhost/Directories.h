@@ -8,12 +8,13 @@ namespace lwhost {
 // LightWave's directory list, as "Directory Info" reports it: one path per file-type key
 // (LWFTYPE_*), never with a trailing separator.
 //
-// Defaults: "Content" is the content directory (the working directory when the list was made),
-// "Install" is the content directory too, "Settings" is lwhost's folder in the user's config
-// home ($XDG_CONFIG_HOME if it is an absolute path, else ~/.config; <content>/Settings if neither
-// is known), and every other LWFTYPE_* key is the folder of that name under the content directory
-// ("Objects" -> <content>/Objects). Keys not in that list answer null until set. Nothing is
-// created on disk.
+// Defaults: "Content" is the content directory (the working directory when the list was made,
+// in the system's own form: "C:\Show" on Windows), "Install" is the content directory too,
+// "Settings" is lwhost's folder in the user's config home ($XDG_CONFIG_HOME if it is an absolute
+// path, else ~/.config; on Windows %APPDATA%; <content>/Settings if none is known), and every
+// other LWFTYPE_* key is the folder of that name under the content directory ("Objects" ->
+// <content>/Objects, joined with the separator the content directory uses). Keys not in that
+// list answer null until set. Nothing is created on disk.
 //
 // The strings handed out stay valid until that key's path changes.
 class Directories {
@@ -37,7 +38,7 @@ class Directories {
 
   // The settings folder the environment suggests, or "" when it suggests none.
   static std::string DefaultSettingsDirectory();
-  // Drops trailing '/' and '\', keeping a root ("/", "C:/") intact.
+  // Drops trailing '/' and '\', keeping a root ("/", "C:/", "C:\") intact.
   static std::string WithoutTrailingSeparator(std::string path);
 
  private:

@@ -25,9 +25,11 @@ bool IsAbsolute(const std::string& path) {
   return path.size() >= 3 && path[1] == ':' && IsSeparator(path[2]);  // "C:/..."
 }
 
+// Joined in the folder's own style, so that "C:\Show" gives "C:\Show\Objects".
 std::string Join(const std::string& folder, const std::string& name) {
   if (!folder.empty() && IsSeparator(folder.back())) return folder + name;
-  return folder + "/" + name;
+  const size_t last = folder.find_last_of("/\\");
+  return folder + (last != std::string::npos ? folder[last] : '/') + name;
 }
 
 std::string Environment(const char* name) {
@@ -45,7 +47,7 @@ std::string Require(const std::string& value, const char* what) {
 Directories::Directories() {
   std::error_code error;
   std::filesystem::path cwd = std::filesystem::current_path(error);
-  content_ = error ? std::string(".") : WithoutTrailingSeparator(cwd.generic_string());
+  content_ = error ? std::string(".") : WithoutTrailingSeparator(cwd.string());
   environmentSettings_ = DefaultSettingsDirectory();
   for (const char* key : kKnownKeys) entries_.emplace(key, Entry{});
   refresh();
@@ -61,14 +63,16 @@ std::string Directories::WithoutTrailingSeparator(std::string path) {
 }
 
 std::string Directories::DefaultSettingsDirectory() {
+#ifdef _WIN32
+  std::string appData = Environment("APPDATA");
+  if (IsAbsolute(appData)) return Join(WithoutTrailingSeparator(appData), "lwhost");
+#else
   // XDG says relative values are to be ignored.
   std::string base = Environment("XDG_CONFIG_HOME");
   if (IsAbsolute(base)) return Join(WithoutTrailingSeparator(base), "lwhost");
   std::string home = Environment("HOME");
-#ifdef _WIN32
-  if (home.empty()) home = Environment("USERPROFILE");
-#endif
   if (!home.empty()) return Join(Join(WithoutTrailingSeparator(home), ".config"), "lwhost");
+#endif
   return std::string();
 }
 
