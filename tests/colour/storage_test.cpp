@@ -104,12 +104,46 @@ TEST_F(CorrectorStorage, LoadsEitherFormInAnyBlockOrderAndCopies) {
   EXPECT_EQ(copy.node.instance().copyFrom(original.node.instance()), "");
   EXPECT_EQ(save(copy, IOMode::Ascii), saved);
   EXPECT_EQ(outputsAtHalf(copy), expected);
+  EXPECT_EQ(original.node.instance().copyFrom(original.node.instance()), "");
+  EXPECT_EQ(save(original, IOMode::Ascii), saved) << "a copy onto itself changed something";
   set(original, kBrightnessId, 3.0);
   setColour(original, {0, 0, 1});
   setInvert(original, false);
   parameter(original, kHueId).setState(0);
   EXPECT_EQ(save(copy, IOMode::Ascii), saved);
   EXPECT_EQ(outputsAtHalf(copy), expected);
+}
+
+// A host that makes no parameters: every handle stays null. The table outlives the test, because
+// the module's parameters keep the last table they were given until they go.
+struct RefusingParameters {
+  static inline const LWVParmFuncs* real = nullptr;
+  static inline int copies = 0;
+  static inline LWVParmFuncs table;
+
+  static void Install(lwhost::Host& host, const LWVParmFuncs* hostTable) {
+    real = hostTable;
+    copies = 0;
+    table = *hostTable;
+    table.create = [](int, int) -> LWVParmID { return nullptr; };
+    table.copy = [](LWVParmID to, LWVParmID from) -> LWError {
+      ++copies;
+      return real->copy(to, from);
+    };
+    host.globals().provide(LWVPARMFUNCS_GLOBAL, &table);
+  }
+};
+
+// Without handles only the sampled values can travel, and the host's copy is never asked.
+TEST_F(CorrectorStorage, CopiesWithoutParameterHandlesStillTakeTheValues) {
+  Corrector real = addMovedCorrector();
+  const auto expected = outputsAtHalf(real);
+  RefusingParameters::Install(session.host(), session.animation().vparmFuncs());
+  Corrector first = addCorrector(), second = addCorrector();
+  EXPECT_EQ(first.node.instance().copyFrom(real.node.instance()), "");
+  EXPECT_EQ(second.node.instance().copyFrom(first.node.instance()), "");
+  EXPECT_EQ(outputsAtHalf(second), expected);
+  EXPECT_EQ(RefusingParameters::copies, 0);
 }
 
 TEST_F(CorrectorStorage, OnlyAnInvertByteOfOneSetsInvert) {
