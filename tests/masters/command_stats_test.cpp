@@ -7,21 +7,16 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <iterator>
 
+#include "cli/CliSupport.h"
 #include "lwhost/LayoutSession.h"
 #include "lwhost/SessionScript.h"
-#include "support/ModulePaths.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using Rows = std::vector<std::string>;
-
-std::string Read(const fs::path& file) {
-  std::ifstream in(file);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
+using cli::ReadFile;
 
 class CommandStatsTest : public ::testing::Test {
  protected:
@@ -63,7 +58,7 @@ TEST_F(CommandStatsTest, CountsCommandsByNameAndListsThemAboveTheButtons) {
   EXPECT_EQ(c[2].rect.x + c[2].rect.w, c[0].rect.x + c[0].rect.w) << "Save... ends where the list ends";
   EXPECT_EQ(c[2].rect.y, c[1].rect.y) << "on the line of Clear";
   layout->quit();
-  EXPECT_EQ(Read(file()), "2\tMoveTool\n1\tRotateTool\n");
+  EXPECT_EQ(ReadFile(file()), "2\tMoveTool\n1\tRotateTool\n");
   const std::string refusal = "message error \"An exception occured in MasterAdaptor::Event():\" \"basic_string::erase";
   EXPECT_EQ(log.find(refusal), log.rfind("message ")) << log;
 }
@@ -73,10 +68,10 @@ TEST_F(CommandStatsTest, LoadsEveryWellFormedLineWritesThemBackByCountAndIgnores
   for (const std::string end : {"", "\n"}) {
     EXPECT_EQ(play((stats + end).c_str(), "command \"last 2\"\noptions CommandStatistics\n"),
               (Rows{"123456 - six digits\n", "    9 - c\n", "    5 - a\n", "    3 - b\n", "    2 - last\n"}));
-    EXPECT_EQ(Read(file()), "123456\tsix digits\n9\tc\n5\ta\n3\tb\n2\tlast\n") << "last line end: " << end.size();
+    EXPECT_EQ(ReadFile(file()), "123456\tsix digits\n9\tc\n5\ta\n3\tb\n2\tlast\n") << "last line end: " << end.size();
   }
   play("5\tb\n5\ta\n9\tc\n", "");
-  EXPECT_EQ(Read(file()), "9\tc\n5\tb\n5\ta\n");
+  EXPECT_EQ(ReadFile(file()), "9\tc\n5\tb\n5\ta\n");
   fs::remove(file());
   ASSERT_EQ(mkfifo(file().c_str(), 0600), 0);
   EXPECT_EQ(play(nullptr, "command \"MoveTool 1\"\noptions CommandStatistics\n"), Rows{"    1 - MoveTool\n"});
@@ -91,12 +86,12 @@ TEST_F(CommandStatsTest, SaveWritesTextOrCsvAndClearEmptiesTheSettingsFileAtQuit
                                "click Clear\nfile Save... empty.csv\n", true),
             Rows{});
   EXPECT_EQ(layout->session().panels().panel(panel).lastDrawMode, DR_REFRESH);
-  EXPECT_EQ(Read(dir + "/list.txt"), "4\tb\n2\tsay \"hi\", all\n");
-  EXPECT_EQ(Read(dir + "/list.CSV"), "count,command\n4,b\n2,\"say \"\"hi\"\", all\"\n");
-  EXPECT_EQ(Read(dir + "/empty.csv"), "count,command\n");
-  EXPECT_EQ(Read(file()), held) << "the settings file waits for the end of the session";
+  EXPECT_EQ(ReadFile(dir + "/list.txt"), "4\tb\n2\tsay \"hi\", all\n");
+  EXPECT_EQ(ReadFile(dir + "/list.CSV"), "count,command\n4,b\n2,\"say \"\"hi\"\", all\"\n");
+  EXPECT_EQ(ReadFile(dir + "/empty.csv"), "count,command\n");
+  EXPECT_EQ(ReadFile(file()), held) << "the settings file waits for the end of the session";
   layout->quit();
-  EXPECT_EQ(Read(file()), "");
+  EXPECT_EQ(ReadFile(file()), "");
 }
 
 }  // namespace

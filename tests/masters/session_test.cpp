@@ -4,12 +4,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 
+#include "cli/CliSupport.h"
 #include "lwhost/LayoutSession.h"
-#include "support/ModulePaths.h"
-#include "support/RunCommand.h"
 
 namespace {
 
@@ -85,11 +83,8 @@ TEST(LayoutSession, ScenesKeepTheirNameAndWhatTheHostDoesNotRead) {
   EXPECT_EQ(session.session().scene().sceneInfo().frameStart, 5);
   session.saveScene(dir + "/copy.lws");
   EXPECT_STREQ(session.session().scene().sceneInfo().filename, (dir + "/copy.lws").c_str());
-  std::ifstream in(dir + "/copy.lws");
-  std::ostringstream copy;
-  copy << in.rdbuf();
   const int last = session.session().scene().sceneInfo().frameEnd;
-  EXPECT_EQ(copy.str(), text + "LastFrame " + std::to_string(last) + "\n");
+  EXPECT_EQ(cli::ReadFile(dir + "/copy.lws"), text + "LastFrame " + std::to_string(last) + "\n");
 }
 
 TEST(LayoutSession, FaultsNameTheScriptLine) {

@@ -1,30 +1,22 @@
 // The Cache node through vorn.p: what it passes through, and when it goes upstream, counted by
 // the host's evaluations of the upstream node.
-#include <gtest/gtest.h>
-#include <lwnodes.h>
-
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <utility>
 
-#include "lwhost/Session.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace {
 
 using Colour = std::array<double, 3>;
 constexpr unsigned int kPassThrough = 0x9000;
 
-class CacheTest : public ::testing::Test {
+class CacheTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
-  lwhost::NodeEditor& editor = session.nodes();
-  lwhost::PluginNode& cache = editor.addPluginNode(session.load(testpaths::kVorn), "vornCache");
-  lwhost::XPanel& panel = *session.xpanels().find(cache.activateInterface().local.panel);
+  lwhost::PluginNode& cache = add("vornCache");
+  lwhost::XPanel& form = panel(cache);
   lwhost::Node& colour = editor.addColor(0.25, 0.5, 0.75);
-  LWNodalAccess access = lwhost::MakeNodalAccess();
 
   void SetUp() override {
     editor.connect(colour, "Color", cache, "Colour");
@@ -43,11 +35,8 @@ class CacheTest : public ::testing::Test {
 };
 
 TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
-  std::string ins, outs;
-  for (const auto& c : cache.inputs()) ins += c->name() + ":" + std::to_string(c->type()) + " ";
-  for (const auto& c : cache.outputs()) outs += c->name() + ":" + std::to_string(c->type()) + " ";
-  EXPECT_EQ(ins, "Material:6 Scalar:2 Colour:1 Vector:3 Integer:4 ");
-  EXPECT_EQ(outs, ins);
+  const std::string each = "Material/6 Scalar/2 Colour/1 Vector/3 Integer/4";
+  EXPECT_EQ(Connectors(cache), each + " > " + each);
   LWNodalMaterial m{}, got;
   m.diffuse[1] = m.transparency = 0.5;
   editor.connect(editor.addMaterial(m), "Material", cache, "Material");
@@ -65,10 +54,10 @@ TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
     EXPECT_EQ(std::memcmp(&got, &m, sizeof m), 0);
     EXPECT_EQ(v[1], pass < 2 ? 2.0 : 0.0) << "an unconnected input gives a cleared value";
   }
-  ASSERT_TRUE(panel.setInteger(kPassThrough, 5));
+  ASSERT_TRUE(form.setInteger(kPassThrough, 5));
   const std::string on = cache.instance().save(lwhost::IOMode::Binary);
   EXPECT_EQ(on, std::string("THRU\0\1\1", 7));
-  lwhost::PluginNode& copy = editor.addPluginNode(cache.module(), "vornCache");
+  lwhost::PluginNode& copy = add("vornCache");
   ASSERT_EQ(copy.instance().copyFrom(cache.instance()), "");
   EXPECT_EQ(copy.instance().save(lwhost::IOMode::Binary), on);
   ASSERT_EQ(copy.instance().load(lwhost::IOMode::Binary, std::string("THRU\0\1\2", 7)), "");
@@ -113,9 +102,9 @@ TEST_F(CacheTest, GoesUpstreamEveryTimeWhenNotCaching) {
   zero.objID = LWITEM_NULL;
   editor.evaluate(cache, "Colour", zero, out.data(), NOT_COLOR);
   EXPECT_EQ(out, (Colour{0, 0, 0}));
-  ASSERT_TRUE(panel.setInteger(kPassThrough, 1));
+  ASSERT_TRUE(form.setInteger(kPassThrough, 1));
   EXPECT_EQ(twice(access), 2u) << "pass through";
-  ASSERT_TRUE(panel.setInteger(kPassThrough, 0));
+  ASSERT_TRUE(form.setInteger(kPassThrough, 0));
   EXPECT_EQ(twice(access), 1u);
   cache.cleanup();
   EXPECT_EQ(twice(access), 2u) << "after the render";

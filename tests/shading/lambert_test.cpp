@@ -1,15 +1,9 @@
 // Single Light Lambert through vorn.p: the light chooser, the Lambert weighting of what the
 // host's illumination reports, and the chosen light kept in scenes by name.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <lwnodes.h>
-
 #include <array>
-#include <string>
 #include <vector>
 
-#include "lwhost/Session.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace {
 
@@ -27,22 +21,20 @@ int Illuminate(LWItemID light, const LWDVector, LWDVector dir, LWDVector col) {
   return lit;
 }
 
-class LambertTest : public ::testing::Test {
+class LambertTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
   lwhost::Scene& scene = session.scene();
-  lwhost::PluginNode& node = session.nodes().addPluginNode(session.load(testpaths::kVorn), "vornSingleLambertNode");
-  lwhost::XPanel& panel = *session.xpanels().find(node.activateInterface().local.panel);
+  lwhost::PluginNode& node = add("vornSingleLambertNode");
+  lwhost::XPanel& form = panel(node);
 
   // Both outputs for one report of the light; -7 shows an output left alone.
   std::pair<Colour, int> shade(Colour towardsSpot, int reached = 1, LWIlluminateFunc* host = Illuminate) {
     direction = towardsSpot;
     lit = reached;
-    LWNodalAccess access = lwhost::MakeNodalAccess();
     access.illuminate = host;
     std::pair<Colour, int> out{{-7, -7, -7}, -7};
-    session.nodes().evaluate(node, "Colour", access, out.first.data(), NOT_COLOR);
-    session.nodes().evaluate(node, "isLit", access, &out.second, NOT_INTEGER);
+    editor.evaluate(node, "Colour", access, out.first.data(), NOT_COLOR);
+    editor.evaluate(node, "isLit", access, &out.second, NOT_INTEGER);
     return out;
   }
 };
@@ -50,9 +42,9 @@ class LambertTest : public ::testing::Test {
 TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
   const LWItemID key = scene.addLight("Key"), fill = scene.addLight("Fill");
   scene.addLight("Rim");
-  EXPECT_THAT(panel.popupEntries(kLight), ElementsAre("(none)", "Key", "Fill", "Rim"));
+  EXPECT_THAT(form.popupEntries(kLight), ElementsAre("(none)", "Key", "Fill", "Rim"));
   EXPECT_EQ(shade({0, 0, -1}), std::make_pair(Colour{-7, -7, -7}, -7)) << "(none) sets nothing";
-  ASSERT_TRUE(panel.choose(kLight, 2));
+  ASSERT_TRUE(form.choose(kLight, 2));
   EXPECT_EQ(shade({0, 0, -1}, 1, nullptr), std::make_pair(Colour{-7, -7, -7}, -7)) << "no illumination";
 
   EXPECT_EQ(shade({0.6, 0, -0.8}), std::make_pair(Colour{0.4, 0.32000000000000006, 0.16000000000000003}, 1));
@@ -64,10 +56,10 @@ TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
   // Key goes and Fill is renumbered into its place: the choice follows, at its new position.
   scene.remove(key);
   scene.compactIds();
-  EXPECT_EQ(panel.value(kLight).integer[0], 1);
+  EXPECT_EQ(form.value(kLight).integer[0], 1);
   shade({0, 0, -1});
   EXPECT_EQ(asked, scene.find("Fill"));
-  lwhost::PluginNode& copy = session.nodes().addPluginNode(node.module(), "vornSingleLambertNode");
+  lwhost::PluginNode& copy = add("vornSingleLambertNode");
   ASSERT_EQ(copy.instance().copyFrom(node.instance()), "");
   EXPECT_EQ(copy.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
 }
@@ -75,13 +67,13 @@ TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
 TEST_F(LambertTest, KeepsTheLightInScenesByName) {
   const LWItemID key = scene.addLight("Key");
   scene.addLight("Fill");
-  ASSERT_TRUE(panel.choose(kLight, 2));
+  ASSERT_TRUE(form.choose(kLight, 2));
   const std::string saved = node.instance().save(lwhost::IOMode::Ascii);
   EXPECT_THAT(saved, ::testing::HasSubstr("{ Light\n  Item \"Fill\""));
   // Reloaded after the scene renumbered Fill into Key's place, behind a block it does not know.
   scene.remove(key);
   scene.compactIds();
-  lwhost::PluginNode& loaded = session.nodes().addPluginNode(node.module(), "vornSingleLambertNode");
+  lwhost::PluginNode& loaded = add("vornSingleLambertNode");
   ASSERT_EQ(loaded.instance().load(lwhost::IOMode::Ascii, "Extra 1\n" + saved), "");
   EXPECT_EQ(loaded.instance().useItems(), std::vector<LWItemID>{scene.find("Fill")});
   const std::string binary = loaded.instance().save(lwhost::IOMode::Binary);
@@ -92,7 +84,7 @@ TEST_F(LambertTest, KeepsTheLightInScenesByName) {
 TEST_F(LambertTest, BothShadingNodesNeedLightWave92) {
   session.host().setVersion(9, 1);
   for (const char* server : {"vornSingleLambertNode", "vornCache"})
-    EXPECT_THROW(session.nodes().addPluginNode(node.module(), server), lwhost::CreationError) << server;
+    EXPECT_THROW(add(server), lwhost::CreationError) << server;
 }
 
 }  // namespace

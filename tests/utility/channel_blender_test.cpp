@@ -1,30 +1,20 @@
 // The Channel Blender through vorn.p: a vector split into components, any of which a scalar
 // connection replaces, every input read for every output.
-#include <gtest/gtest.h>
-#include <lwnodes.h>
-
 #include <array>
-#include <string>
 
-#include "lwhost/NodalAccess.h"
-#include "lwhost/PluginNode.h"
-#include "lwhost/Session.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
-TEST(ChannelBlenderTest, ScalarInputsReplaceTheVectorsComponentsForEveryOutput) {
-  lwhost::Session session;
-  lwhost::NodeEditor& editor = session.nodes();
-  lwhost::PluginNode& node = editor.addPluginNode(session.load(testpaths::kVorn), "vornChannelBlender");
-  std::string connectors;
-  for (const auto& c : node.outputs()) connectors += "out " + c->name() + "/" + std::to_string(c->type()) + " ";
-  for (const auto& c : node.inputs()) connectors += "in " + c->name() + "/" + std::to_string(c->type()) + " ";
-  EXPECT_EQ(connectors, "out Vector/3 out X/2 out Y/2 out Z/2 in Vector/3 in X/2 in Y/2 in Z/2 ");
+using ChannelBlenderTest = VornNodeTest;
+
+TEST_F(ChannelBlenderTest, ScalarInputsReplaceTheVectorsComponentsForEveryOutput) {
+  lwhost::PluginNode& node = add("vornChannelBlender");
+  EXPECT_EQ(Connectors(node), "Vector/3 X/2 Y/2 Z/2 > Vector/3 X/2 Y/2 Z/2");
   EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
   EXPECT_EQ(node.activateInterface().local.panel, nullptr);
   EXPECT_EQ(node.instance().save(lwhost::IOMode::Binary), "");
 
   // "Vector", "X", "Y", "Z", each asked on its own; -9 shows one the node did not write.
-  auto outputs = [&, access = lwhost::MakeNodalAccess()]() mutable {
+  auto outputs = [&] {
     std::array<double, 6> out{-9, -9, -9, -9, -9, -9};
     EXPECT_TRUE(editor.evaluate(node, "Vector", access, out.data(), NOT_VECTOR));
     for (int i = 0; i < 3; ++i)

@@ -1,25 +1,13 @@
 // The information nodes through vorn.p: Time Info (the time, frame and rate of the last render
 // pass, in Layout and in the modeller) and Extended Spot Info (the identifiers of the spot being
 // shaded), their outputs and their shared form.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <lwnodes.h>
-
-#include <array>
-#include <string>
 #include <type_traits>
 #include <vector>
 
 #include "lwhost/FormRenderer.h"
-#include "lwhost/NodalAccess.h"
-#include "lwhost/NodeEditor.h"
-#include "lwhost/PluginNode.h"
-#include "lwhost/Session.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace {
-
-using ::testing::ElementsAre;
 
 constexpr const char* kSceneInfo = "LW Scene Info 3";
 
@@ -42,15 +30,8 @@ struct OutputSpy {
   }
 };
 
-class InfoNodeTest : public ::testing::Test {
+class InfoNodeTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
-  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-  lwhost::NodeEditor& editor = session.nodes();
-  LWNodalAccess access = lwhost::MakeNodalAccess();
-
-  lwhost::PluginNode& add(const char* server) { return editor.addPluginNode(vorn, server); }
-
   // An output read as a connected input reads it; -999 shows when the node writes nothing.
   template <class T>
   T read(lwhost::PluginNode& node, const char* output) {
@@ -67,17 +48,12 @@ class InfoNodeTest : public ::testing::Test {
 };
 
 TEST_F(InfoNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
-  const std::pair<const char*, std::vector<std::string>> nodes[] = {
-      {"vornTimeInfo", {"Time:2", "Frame:4", "Frames per Second:2"}},
-      {"vornExSpotInfo", {"Object ID:4", "Ray Source ID:4", "Polygon Number:4"}}};
-  for (const auto& [server, outputs] : nodes) {
+  for (const auto& [server, outputs] : {std::pair{"vornTimeInfo", "> Time/2 Frame/4 Frames per Second/2"},
+                                        {"vornExSpotInfo", "> Object ID/4 Ray Source ID/4 Polygon Number/4"}}) {
     SCOPED_TRACE(server);
     lwhost::PluginNode& node = add(server);
     EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
-    EXPECT_TRUE(node.inputs().empty());
-    std::vector<std::string> names;
-    for (const auto& o : node.outputs()) names.push_back(o->name() + ":" + std::to_string(o->type()));
-    EXPECT_EQ(names, outputs);
+    EXPECT_EQ(Connectors(node), outputs);
 
     const lwhost::InterfaceActivation ui = node.activateInterface();
     ASSERT_EQ(ui.result, AFUNC_OK);
@@ -87,7 +63,7 @@ TEST_F(InfoNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
     std::vector<std::string> controls;
     for (const lwhost::XPControl& c : panel->controls())
       controls.push_back(std::to_string(c.cid) + " " + c.controlClass + " " + c.label);
-    EXPECT_THAT(controls, ElementsAre(std::to_string(0x9901) + " dThumbnail ",
+    EXPECT_THAT(controls, ::testing::ElementsAre(std::to_string(0x9901) + " dThumbnail ",
                                       std::to_string(0x9900) + " vButton http://www.vorn.example/"));
     EXPECT_TRUE(panel->hasDividerAfter(0x9900)) << "the logo's hints are in";
     std::string error;
