@@ -53,15 +53,15 @@ TEST(BadInput, ModulePathsWithoutAFolderAreFilesInTheCurrentOrNetworkFolder) {
   fs::copy_file(testpaths::kVorn, dir / "vorn.p", fs::copy_options::overwrite_existing);
   std::ofstream(dir / "net.txt") << "module vorn ./vorn.p\nnode c = Color 1 0 0\nnode cc = vorn SimpleColourCorrector\n"
                                     "connect c.Color -> cc.Colour\noutput cc.Colour\n";
-  const std::string lwhost = ShellQuoted(LWHOST_PATH);
-  CommandResult r = RunCommand("cd " + ShellQuoted(dir.string()) + " && " + lwhost + " servers vorn.p");
-  EXPECT_EQ(r.status, 0) << r.output;
-  EXPECT_NE(r.output.find("SimpleColourCorrector"), std::string::npos) << r.output;
-  r = RunCommand("cd " + ShellQuoted(dir.string()) + " && " + lwhost + " render net.txt -o out.png --size 8x8");
-  EXPECT_EQ(r.status, 0) << r.output;
-  r = RunCommand("cd / && " + lwhost + " render " + ShellQuoted((dir / "net.txt").string()) + " -o " +
-                 ShellQuoted((dir / "out2.png").string()) + " --size 8x8");
-  EXPECT_EQ(r.status, 0) << r.output;
+  const std::string here = "cd " + ShellQuoted(dir.string()) + " && " + ShellQuoted(LWHOST_PATH);
+  for (const auto& [command, says] : {std::pair<std::string, const char*>{here + " servers vorn.p", "SimpleColourCorrector"},
+                                      {here + " render net.txt -o out.png --size 8x8", "wrote "},
+                                      {"cd / && " + ShellQuoted(LWHOST_PATH) + " render " + ShellQuoted((dir / "net.txt").string()) +
+                                           " -o " + ShellQuoted((dir / "out2.png").string()) + " --size 8x8", "wrote "}}) {
+    const CommandResult r = RunCommand(command);
+    EXPECT_EQ(r.status, 0) << r.output;
+    EXPECT_NE(r.output.find(says), std::string::npos) << r.output;
+  }
 }
 
 TEST(BadInput, TextStringWithANulReadsAsTheStringBeforeIt) {
