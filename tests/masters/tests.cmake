@@ -4,8 +4,7 @@ add_executable(arg_recorder ${CMAKE_CURRENT_LIST_DIR}/ArgRecorder.cpp)
 
 vorn_add_test_suite(master_tests
   ${CMAKE_CURRENT_LIST_DIR}/growl_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/session_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/core_foundation_test.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/session_test.cpp)
 target_link_libraries(master_tests PRIVATE vorn_platform)
 target_compile_definitions(master_tests PRIVATE
   ARG_RECORDER_PATH="$<TARGET_FILE:arg_recorder>"

@@ -1,6 +1,8 @@
-// The information nodes through vorn.p: Time Info (the time, frame and rate of the last render
+// The utility nodes through vorn.p: Time Info (the time, frame and rate of the last render
 // pass, in Layout and in the modeller) and Extended Spot Info (the identifiers of the spot being
-// shaded), their outputs and their shared form.
+// shaded), their outputs and their shared form; the Channel Blender (a vector split into
+// components, any of which a scalar connection replaces, every input read for every output).
+#include <array>
 #include <type_traits>
 #include <vector>
 
@@ -30,7 +32,7 @@ struct OutputSpy {
   }
 };
 
-class InfoNodeTest : public VornNodeTest {
+class UtilityNodeTest : public VornNodeTest {
  protected:
   // An output read as a connected input reads it; -999 shows when the node writes nothing.
   template <class T>
@@ -47,7 +49,7 @@ class InfoNodeTest : public VornNodeTest {
   }
 };
 
-TEST_F(InfoNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
+TEST_F(UtilityNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
   for (const auto& [server, outputs] : {std::pair{"vornTimeInfo", "> Time/2 Frame/4 Frames per Second/2"},
                                         {"vornExSpotInfo", "> Object ID/4 Ray Source ID/4 Polygon Number/4"}}) {
     SCOPED_TRACE(server);
@@ -67,7 +69,7 @@ TEST_F(InfoNodeTest, BothNodesShowTheirOutputsAndOnlyTheLogoAndTheWebButton) {
   }
 }
 
-TEST_F(InfoNodeTest, TimeInfoReadsTheScenesRateOnEveryNewTimeInLayoutAndCopiesIt) {
+TEST_F(UtilityNodeTest, TimeInfoReadsTheScenesRateOnEveryNewTimeInLayoutAndCopiesIt) {
   session.scene().setFramesPerSecond(30.0);
   lwhost::PluginNode& node = add("vornTimeInfo");
   expectReading(node, 0.0, 0, 24.0);  // the rate is not read until NewTime
@@ -101,7 +103,7 @@ TEST_F(InfoNodeTest, TimeInfoReadsTheScenesRateOnEveryNewTimeInLayoutAndCopiesIt
   EXPECT_EQ(error, "");
 }
 
-TEST_F(InfoNodeTest, TimeInfoInTheModellerKeepsTheLastRateWhateverTheScenesRate) {
+TEST_F(UtilityNodeTest, TimeInfoInTheModellerKeepsTheLastRateWhateverTheScenesRate) {
   session.host().actAs(lwhost::Application::Modeler);
   lwhost::PluginNode& modelled = add("vornTimeInfo");
   session.scene().setFramesPerSecond(50.0);
@@ -122,7 +124,7 @@ TEST_F(InfoNodeTest, TimeInfoInTheModellerKeepsTheLastRateWhateverTheScenesRate)
   EXPECT_EQ(session.host().globals().counts(kSceneInfo).acquire, 0);
 }
 
-TEST_F(InfoNodeTest, SpotInfoReportsTheObjectRaySourceAndPolygonOfEachSample) {
+TEST_F(UtilityNodeTest, SpotInfoReportsTheObjectRaySourceAndPolygonOfEachSample) {
   lwhost::Scene& scene = session.scene();
   const LWItemID floor = scene.addObject("Floor"), ball = scene.addObject("Ball");
   const LWItemID key = scene.addLight("Key"), camera = scene.addCamera("Camera");
@@ -144,7 +146,7 @@ TEST_F(InfoNodeTest, SpotInfoReportsTheObjectRaySourceAndPolygonOfEachSample) {
 }
 
 // Each node writes its own outputs only, not those of a twin (named alike) or another node.
-TEST_F(InfoNodeTest, AnOutputOfAnotherNodeWritesNothing) {
+TEST_F(UtilityNodeTest, AnOutputOfAnotherNodeWritesNothing) {
   OutputSpy::Install(session.host());
   lwhost::PluginNode& timeInfo = add("vornTimeInfo");
   lwhost::PluginNode& spotInfo = add("vornExSpotInfo");
@@ -166,6 +168,35 @@ TEST_F(InfoNodeTest, AnOutputOfAnotherNodeWritesNothing) {
     EXPECT_EQ(OutputSpy::writes, 0);
     EXPECT_EQ(unused, 0);
   }
+}
+
+TEST_F(UtilityNodeTest, ChannelBlenderScalarInputsReplaceTheVectorsComponentsForEveryOutput) {
+  lwhost::PluginNode& node = add("vornChannelBlender");
+  EXPECT_EQ(Connectors(node), "Vector/3 X/2 Y/2 Z/2 > Vector/3 X/2 Y/2 Z/2");
+  EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
+  EXPECT_EQ(node.activateInterface().local.panel, nullptr);
+  EXPECT_EQ(node.instance().save(lwhost::IOMode::Binary), "");
+
+  // "Vector", "X", "Y", "Z", each asked on its own; -9 shows one the node did not write.
+  auto outputs = [&] {
+    std::array<double, 6> out{-9, -9, -9, -9, -9, -9};
+    EXPECT_TRUE(editor.evaluate(node, "Vector", access, out.data(), NOT_VECTOR));
+    for (int i = 0; i < 3; ++i)
+      EXPECT_TRUE(editor.evaluate(node, std::string(1, "XYZ"[i]).c_str(), access, &out[3 + i], NOT_SCALAR));
+    return out;
+  };
+  EXPECT_EQ(outputs(), (std::array<double, 6>{0, 0, 0, 0, 0, 0}));
+  editor.connect(editor.addScalar(-4.5), "Scalar", node, "Z");
+  EXPECT_EQ(outputs(), (std::array<double, 6>{0, 0, -4.5, 0, 0, -4.5}));
+  editor.disconnect(node, "Z");
+  lwhost::Node& v = editor.addVector(1.5, 2.5, 3.5);
+  editor.connect(v, "Vector", node, "Vector");
+  EXPECT_EQ(outputs(), (std::array<double, 6>{1.5, 2.5, 3.5, 1.5, 2.5, 3.5}));
+  lwhost::Node& y = editor.addScalar(7.0);
+  editor.connect(y, "Scalar", node, "Y");
+  v.resetEvaluations();
+  EXPECT_EQ(outputs(), (std::array<double, 6>{1.5, 7.0, 3.5, 1.5, 7.0, 3.5}));
+  EXPECT_EQ(v.evaluations() + y.evaluations(), 8u) << "every input read for every output";
 }
 
 }  // namespace
