@@ -1,8 +1,6 @@
 // The three boosters through vorn.p: the factor of each channel, their connections, the camera
 // test, the form's values and what they keep in scenes.
 #include <algorithm>
-#include <string>
-#include <vector>
 
 #include "support/SavedBlocks.h"
 #include "support/VornNodeTest.h"

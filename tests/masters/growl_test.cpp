@@ -68,12 +68,9 @@ TEST(GrowlNotifier, EachEventPostsItsTitleAndDescriptionToTheForwardedProgram) {
     session.saveScene(scene);
     session.loadScene(scene);
   }
-  for (const std::string& line : log) {
-    if (line.rfind("event", 0) == 0) {
-      EXPECT_NE(line.find("-> 0"), std::string::npos) << line;
-    }
-    EXPECT_EQ(line.find("message error"), std::string::npos) << line;
-  }
+  for (const std::string& line : log)
+    EXPECT_TRUE(line.find("message error") == line.npos && (line.rfind("event", 0) || line.find("-> 0") != line.npos))
+        << line;
   const std::string utf8Scene = dir + "/Ä€ \uF8FFˇ.lws";
   const std::string args = "two words\x1fsay \"hi\"\x1f$HOME;*`id`\x1f";
   std::vector<std::string> expected = {

@@ -2,18 +2,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <lwnodes.h>
 
 #include <stdexcept>
-#include <string>
 
-#include "lwhost/NodalAccess.h"
-#include "lwhost/PluginNode.h"
 #include "lwhost/Session.h"
-#include "lwhost/XPanel.h"
 #include "support/ModulePaths.h"
 
-// A session with vorn.p loaded, for tests of its nodes.
+// A session with vorn.p loaded, for tests of its nodes (Session.h brings the node editor, the
+// nodal access and the forms).
 class VornNodeTest : public ::testing::Test {
  protected:
   lwhost::Session session;
