@@ -225,8 +225,7 @@ TEST(LayoutSession, ClassicOptionsPlayTheScriptedClicks) {
 }
 
 TEST(LayoutSession, ScenesKeepTheirNameAndWhatTheHostDoesNotRead) {
-  const std::string dir = std::string(MASTER_TEST_DIR) + "/scenes";
-  std::filesystem::create_directories(dir);
+  const std::string dir = Fresh("scenes");
   const std::string text = "LWSC\n3\n\nFirstFrame 5\nLoadObjectLayer 1 Objects/ball.lwo\nFramesPerSecond 25\n";
   std::ofstream(dir + "/shot.lws") << text;
   lwhost::LayoutSession session;

@@ -127,10 +127,7 @@ TEST_F(CacheTest, PassesEachConnectionThroughAndKeepsPassThrough) {
   ASSERT_EQ(cache.init(LWINIT_RENDER), "");
   editor.connect(editor.addVector(1, 2, 3), "Vector", cache, "Vector");
   for (int pass = 0; pass < 3; ++pass) {  // a miss, a hit, then a miss at another spot
-    if (pass == 2) {
-      editor.disconnect(cache, "Vector");
-      access.wPos[0] = 5;
-    }
+    if (pass == 2) editor.disconnect(cache, "Vector"), access.wPos[0] = 5;
     std::memset(&got, 0x55, sizeof got);
     double v[3] = {-7, -7, -7};
     editor.evaluate(cache, "Material", access, &got, NOT_MATERIAL);
