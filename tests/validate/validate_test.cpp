@@ -31,19 +31,15 @@ std::set<std::string> LinesStartingWith(const std::string& output, const std::st
   return lines;
 }
 
-std::string Subject(const std::string& line) { return line.substr(0, line.find(':', line.find(' '))); }
-
 TEST(ValidateCommand, FailsExactlyTheFaultsOfEachServerAndKeepsGoing) {
   const CommandResult r = Lwhost({"validate", FAULTY_MODULE_PATH, "--level", "5", "--seed", "7"});
   EXPECT_EQ(r.status, 1) << r.output;
   std::set<std::string> failed;
   for (const std::string& line : LinesStartingWith(r.output, "FAIL  ")) failed.insert(line.substr(0, line.find(": ", line.find(": ") + 2)));
-  EXPECT_EQ(failed, (std::set<std::string>{
-                        "NodeHandler faultyCreate: create and destroy",
-                        "NodeHandler faultyStore: save/load round trip (text)",
-                        "NodeHandler faultyStore: save/load round trip (binary)",
-                        "NodeHandler faultyGlobal: without \"LW Time Info\"",
-                    }))
+  EXPECT_EQ(failed, (std::set<std::string>{"NodeHandler faultyCreate: create and destroy",
+                                           "NodeHandler faultyStore: save/load round trip (text)",
+                                           "NodeHandler faultyStore: save/load round trip (binary)",
+                                           "NodeHandler faultyGlobal: without \"LW Time Info\""}))
       << r.output;
   // A signal, or a sanitizer's report and exit.
   EXPECT_NE(r.output.find("faultyCreate: create and destroy: the process "), std::string::npos) << r.output;
@@ -53,7 +49,7 @@ TEST(ValidateCommand, FailsExactlyTheFaultsOfEachServerAndKeepsGoing) {
                             "NaN, infinite and huge inputs", "evaluation on all threads"})
     EXPECT_NE(passed.find("\nPASS  NodeHandler faultless: " + std::string(check)), std::string::npos) << check;
   for (const std::string& skipped : LinesStartingWith(r.output, "SKIP  "))
-    EXPECT_TRUE(Subject(skipped) == "NodeHandler faultyCreate" || skipped.find(": panel: no interface server") != std::string::npos)
+    EXPECT_TRUE(skipped.rfind("NodeHandler faultyCreate:", 0) == 0 || skipped.find(": panel: no interface server") != std::string::npos)
         << skipped;
   EXPECT_NE(r.output.find(" passed, 4 failed"), std::string::npos) << r.output;
 }
