@@ -19,24 +19,10 @@ namespace {
 
 constexpr const char* kSceneInfo = "LW Scene Info 3";
 
-// The host's output functions with setValue counted. Plug-ins keep the table they were given at
-// creation, so it is installed before the nodes it watches are made; static, as nodes may
-// outlive a test's locals.
-struct OutputSpy {
-  static inline LWNodeOutputFuncs table{};
-  static inline int writes = 0;
-
-  static void SetValue(NodeValue value, void* data) {
-    ++writes;
-    lwhost::NodeEditor::OutputFuncsTable()->setValue(value, data);
-  }
-  static void Install(lwhost::Host& host) {
-    table = *lwhost::NodeEditor::OutputFuncsTable();
-    table.setValue = SetValue;
-    writes = 0;
-    host.globals().provide(LWNODEOUTPUTFUNCS_GLOBAL, &table);
-  }
-};
+// The host's output functions with setValue counted; static, as nodes may outlive a test's
+// locals.
+LWNodeOutputFuncs spy;
+int writes = 0;
 
 class UtilityNodeTest : public VornNodeTest {
  protected:
@@ -153,7 +139,10 @@ TEST_F(UtilityNodeTest, SpotInfoReportsTheObjectRaySourceAndPolygonOfEachSample)
 
 // Each node writes its own outputs only, not those of a twin (named alike) or another node.
 TEST_F(UtilityNodeTest, AnOutputOfAnotherNodeWritesNothing) {
-  OutputSpy::Install(session.host());
+  // Plug-ins keep the table they were given at creation: it goes in before the nodes are made.
+  spy = *lwhost::NodeEditor::OutputFuncsTable();
+  spy.setValue = [](NodeValue value, void* data) { ++writes, lwhost::NodeEditor::OutputFuncsTable()->setValue(value, data); };
+  session.host().globals().provide(LWNODEOUTPUTFUNCS_GLOBAL, &spy);
   lwhost::PluginNode& timeInfo = add("vornTimeInfo");
   lwhost::PluginNode& spotInfo = add("vornExSpotInfo");
   lwhost::Node& colour = editor.addColor(0.1, 0.2, 0.3);
@@ -161,17 +150,17 @@ TEST_F(UtilityNodeTest, AnOutputOfAnotherNodeWritesNothing) {
        {std::pair{"vornTimeInfo", "Frame"}, std::pair{"vornExSpotInfo", "Polygon Number"}}) {
     SCOPED_TRACE(server);
     lwhost::PluginNode& node = add(server);
-    OutputSpy::writes = 0;
+    writes = 0;
     read<int>(node, own);
-    EXPECT_EQ(OutputSpy::writes, 1) << "the spy sees the node's own writes";
+    EXPECT_EQ(writes, 1) << "the spy sees the node's own writes";
 
     std::vector<lwhost::NodeOutput*> foreign{colour.outputs().front().get()};
     for (const lwhost::PluginNode* other : {&timeInfo, &spotInfo})
       for (const auto& o : other->outputs()) foreign.push_back(o.get());
     char unused = 0;
-    OutputSpy::writes = 0;
+    writes = 0;
     for (lwhost::NodeOutput* output : foreign) node.evaluate(access, *output, &unused);
-    EXPECT_EQ(OutputSpy::writes, 0);
+    EXPECT_EQ(writes, 0);
     EXPECT_EQ(unused, 0);
   }
 }
