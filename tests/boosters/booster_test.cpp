@@ -36,7 +36,7 @@ class BoosterTest : public VornNodeTest {
   }
   // The output: a material's channels, or a colour (a scalar comes as three).
   std::vector<double> out(lwhost::PluginNode& node) {
-    LWNodalMaterial m{{-9, -9, -9}};
+    LWNodalMaterial m{{-9, -9, -9}, {}, {}, {}, 0};
     const bool material = node.outputs()[0]->type() == NOT_MATERIAL;
     EXPECT_TRUE(editor.evaluate(*node.outputs()[0], access, &m, material ? NOT_MATERIAL : NOT_COLOR));
     return material ? Flat(m) : std::vector<double>(m.diffuse, m.diffuse + 3);
@@ -131,11 +131,10 @@ TEST_F(BoosterTest, ConnectionsCameraTestAndScenesOfEachBooster) {
     EXPECT_EQ(out(node)[0], 0.2) << "off: a reflection is boosted too";
     EXPECT_TRUE(form.setInteger(kCameraId[n], n == 0));
 
-    EXPECT_EQ(node.instance().save(IOMode::Ascii), kSaved[n][0]);
-    EXPECT_EQ(node.instance().save(IOMode::Binary), kSaved[n][1]);
     for (IOMode mode : {IOMode::Ascii, IOMode::Binary}) {
       // Reversed, past a block no booster knows: the same node again, as is a copy.
       const std::string saved = node.instance().save(mode);
+      EXPECT_EQ(saved, kSaved[n][mode == IOMode::Binary]);
       std::vector<std::string> blocks = Split(saved, mode);
       std::reverse(blocks.begin(), blocks.end());
       blocks.insert(blocks.begin() + 1, mode == IOMode::Ascii ? "Stranger 01\n"s : "STRG\0\1\1"s);

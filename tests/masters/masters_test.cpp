@@ -170,8 +170,7 @@ struct ScriptRun {
 
 // Runs a script with lwhost, with no desktop bus, logging to a file.
 ScriptRun Session(const std::string& name, const std::string& script, const std::string& options = "") {
-  const std::string dir = std::string(MASTER_TEST_DIR) + "/" + name;
-  std::filesystem::create_directories(dir);
+  const std::string dir = Fresh(name);
   std::ofstream(dir + "/s.session") << "module fx " << testpaths::kFixture << "\nmodule vorn " << testpaths::kVorn << "\n"
                                     << script;
   ScriptRun run;
@@ -205,9 +204,8 @@ TEST(LayoutSession, MastersHearCommandsAlwaysAndNotificationsByTheirFlags) {
   EXPECT_EQ(node.log, "create \"Growl\" vorn Growl\nevent \"Growl\" 0x112 -> 0\ndestroy \"Growl\"\nquit\n");
 
   // A frame the scene renderer cannot write aborts the render, which still completes.
-  std::filesystem::create_directories(MASTER_TEST_DIR "/aborted");
-  std::ofstream(MASTER_TEST_DIR "/aborted/scene") << "camera cam position 0 0 -5\nobject ball sphere\n";
-  const ScriptRun failed = Session("aborted", "master vorn Growl\nscene scene\npictures no/such/folder/f --size 8x8\nrender 1 2\n");
+  std::ofstream(MASTER_TEST_DIR "/aborted.scene") << "camera cam position 0 0 -5\nobject ball sphere\n";
+  const ScriptRun failed = Session("aborted", "master vorn Growl\nscene ../aborted.scene\npictures no/such/folder/f --size 8x8\nrender 1 2\n");
   EXPECT_EQ(failed.result.status, 1);
   EXPECT_NE(failed.result.output.find("s.session:6: frame 1 failed: cannot write"), std::string::npos) << failed.result.output;
   EXPECT_NE(failed.log.find("0x109 1 -> 0\nevent \"Growl\" 0x123 -> 0\nevent \"Growl\" 0x112 -> 0\ndestroy"), std::string::npos)

@@ -15,7 +15,6 @@
 
 namespace {
 
-using ::testing::ElementsAre;
 using Colour = std::array<double, 3>;
 constexpr unsigned int kLight = 0x9000, kPassThrough = 0x9000;  // each node's first control
 
@@ -50,7 +49,7 @@ class LambertTest : public VornNodeTest {
 TEST_F(LambertTest, ChoosesALightAndWeightsItByTheClampedCosine) {
   const LWItemID key = scene.addLight("Key"), fill = scene.addLight("Fill");
   scene.addLight("Rim");
-  EXPECT_THAT(form.popupEntries(kLight), ElementsAre("(none)", "Key", "Fill", "Rim"));
+  EXPECT_THAT(form.popupEntries(kLight), ::testing::ElementsAre("(none)", "Key", "Fill", "Rim"));
   EXPECT_EQ(shade({0, 0, -1}), std::make_pair(Colour{-7, -7, -7}, -7)) << "(none) sets nothing";
   ASSERT_TRUE(form.choose(kLight, 2));
   EXPECT_EQ(shade({0, 0, -1}, 1, nullptr), std::make_pair(Colour{-7, -7, -7}, -7)) << "no illumination";
