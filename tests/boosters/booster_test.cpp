@@ -1,19 +1,9 @@
 // The three boosters through vorn.p: the factor of each channel, their connections, the camera
 // test, the form's values and what they keep in scenes.
-#include <gtest/gtest.h>
-#include <lwnodes.h>
-
 #include <algorithm>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
-#include "lwhost/NodalAccess.h"
-#include "lwhost/PluginNode.h"
-#include "lwhost/Session.h"
-#include "lwhost/XPanel.h"
-#include "support/ModulePaths.h"
 #include "support/SavedBlocks.h"
+#include "support/VornNodeTest.h"
 
 namespace {
 
@@ -32,17 +22,8 @@ std::vector<double> Flat(const LWNodalMaterial& m) {
   return v;
 }
 
-class BoosterTest : public ::testing::Test {
+class BoosterTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
-  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-  lwhost::NodeEditor& editor = session.nodes();
-  LWNodalAccess access = lwhost::MakeNodalAccess();
-
-  lwhost::XPanel& panel(lwhost::PluginNode& node) {
-    if (lwhost::XPanel* p = session.xpanels().find(node.activateInterface().local.panel)) return *p;
-    throw std::runtime_error(node.serverName() + " gave no panel");
-  }
   // As a user types it; the next render pass samples it.
   void set(lwhost::PluginNode& node, unsigned int cid, double value) {
     EXPECT_TRUE(panel(node).setNumber(cid, value)) << std::hex << cid;
@@ -55,14 +36,14 @@ class BoosterTest : public ::testing::Test {
   }
   // The output: a material's channels, or a colour (a scalar comes as three).
   std::vector<double> out(lwhost::PluginNode& node) {
-    LWNodalMaterial m{{-9, -9, -9}};
+    LWNodalMaterial m{{-9, -9, -9}, {}, {}, {}, 0};
     const bool material = node.outputs()[0]->type() == NOT_MATERIAL;
     EXPECT_TRUE(editor.evaluate(*node.outputs()[0], access, &m, material ? NOT_MATERIAL : NOT_COLOR));
     return material ? Flat(m) : std::vector<double>(m.diffuse, m.diffuse + 3);
   }
   // Fed 0.1 (the material in its diffuse red), the first boost at 200 %.
   lwhost::PluginNode& fed(int n) {
-    lwhost::PluginNode& node = editor.addPluginNode(vorn, kServer[n]);
+    lwhost::PluginNode& node = add(kServer[n]);
     feed(node, node.inputs()[0]->name(), 0.1);
     set(node, 0x9000, 2.0);
     return node;
@@ -70,7 +51,7 @@ class BoosterTest : public ::testing::Test {
 };
 
 TEST_F(BoosterTest, EachChannelScalesByItsBoostOrByTheCurveBetweenBoostAndMaximum) {
-  lwhost::PluginNode& node = editor.addPluginNode(vorn, kServer[0]);
+  lwhost::PluginNode& node = add(kServer[0]);
   feed(node, "Material", 0);
   EXPECT_EQ(out(node), Flat(kIn)) << "the defaults pass the material through";
   feed(node, "Diffuse Curve", 0.5);
@@ -97,8 +78,8 @@ TEST_F(BoosterTest, EachChannelScalesByItsBoostOrByTheCurveBetweenBoostAndMaximu
   EXPECT_EQ(shown, "vvv-vvv-v-");
   for (unsigned int cid = 0x9001; cid < 0x900a; cid += 2) EXPECT_EQ(form.hasDividerAfter(cid), cid != 0x9009);
   session.host().setVersion(9, 1);  // only the Material Booster needs 9.2
-  EXPECT_THROW(editor.addPluginNode(vorn, kServer[0]), lwhost::CreationError);
-  EXPECT_NO_THROW(editor.addPluginNode(vorn, kServer[2]));
+  EXPECT_THROW(add(kServer[0]), lwhost::CreationError);
+  EXPECT_NO_THROW(add(kServer[2]));
 }
 
 // Per node: connections and colour, "Camera Rays Only", and the scene blocks in the node's order.
@@ -133,10 +114,7 @@ TEST_F(BoosterTest, ConnectionsCameraTestAndScenesOfEachBooster) {
   for (int n = 0; n < 3; ++n) {
     SCOPED_TRACE(kServer[n]);
     lwhost::PluginNode& node = fed(n);
-    std::string connectors = std::to_string(node.color()[0]) + ":";
-    for (const auto& i : node.inputs()) connectors += " " + i->name() + "/" + std::to_string(i->type());
-    EXPECT_EQ(connectors + " > " + node.outputs()[0]->name() + "/" + std::to_string(node.outputs()[0]->type()),
-              kConnectors[n]);
+    EXPECT_EQ(std::to_string(node.color()[0]) + ": " + Connectors(node), kConnectors[n]);
 
     // Boosted straight from the render camera or with no source, passed as is from elsewhere.
     lwhost::XPanel& form = panel(node);
@@ -153,18 +131,17 @@ TEST_F(BoosterTest, ConnectionsCameraTestAndScenesOfEachBooster) {
     EXPECT_EQ(out(node)[0], 0.2) << "off: a reflection is boosted too";
     EXPECT_TRUE(form.setInteger(kCameraId[n], n == 0));
 
-    EXPECT_EQ(node.instance().save(IOMode::Ascii), kSaved[n][0]);
-    EXPECT_EQ(node.instance().save(IOMode::Binary), kSaved[n][1]);
     for (IOMode mode : {IOMode::Ascii, IOMode::Binary}) {
       // Reversed, past a block no booster knows: the same node again, as is a copy.
       const std::string saved = node.instance().save(mode);
+      EXPECT_EQ(saved, kSaved[n][mode == IOMode::Binary]);
       std::vector<std::string> blocks = Split(saved, mode);
       std::reverse(blocks.begin(), blocks.end());
       blocks.insert(blocks.begin() + 1, mode == IOMode::Ascii ? "Stranger 01\n"s : "STRG\0\1\1"s);
-      lwhost::PluginNode& loaded = editor.addPluginNode(vorn, kServer[n]);
+      lwhost::PluginNode& loaded = add(kServer[n]);
       EXPECT_EQ(loaded.instance().load(mode, Join(blocks)), "");
       EXPECT_EQ(loaded.instance().save(mode), saved);
-      lwhost::PluginNode& copy = editor.addPluginNode(vorn, kServer[n]);
+      lwhost::PluginNode& copy = add(kServer[n]);
       EXPECT_EQ(copy.instance().copyFrom(node.instance()), "");
       EXPECT_EQ(copy.instance().save(mode), saved);
       // Only a byte of 1 is on.

@@ -12,6 +12,7 @@
 #include <lwnodes.h>
 #include <lwrender.h>
 #include <lwserver.h>
+#include <stdlib.h>
 #include <string.h>
 
 static LWNodeOutputFuncs *outputs;
@@ -24,49 +25,21 @@ typedef struct {
   int threads;
 } Probe;
 
-static Probe probes[8];
-static int used[8];
-
 static LWInstance Create(void *priv, void *node, LWError *err) {
-  int i;
-  (void)priv;
-  for (i = 0; i < 8 && used[i]; ++i) {
-  }
-  if (i == 8) {
-    *err = "too many probes";
-    return NULL;
-  }
-  used[i] = 1;
-  probes[i].lambert = outputs->create(node, NOT_COLOR, "Lambert");
-  probes[i].ray = outputs->create(node, NOT_COLOR, "Ray");
-  probes[i].trace = outputs->create(node, NOT_COLOR, "Trace");
-  probes[i].thread = outputs->create(node, NOT_SCALAR, "Thread");
-  return &probes[i];
+  Probe *p = (Probe *)calloc(1, sizeof *p);
+  (void)priv, (void)err;
+  p->lambert = outputs->create(node, NOT_COLOR, "Lambert");
+  p->ray = outputs->create(node, NOT_COLOR, "Ray");
+  p->trace = outputs->create(node, NOT_COLOR, "Trace");
+  p->thread = outputs->create(node, NOT_SCALAR, "Thread");
+  return p;
 }
 
-static void Destroy(LWInstance inst) { used[(Probe *)inst - probes] = 0; }
-static LWError Copy(LWInstance to, LWInstance from) {
-  (void)to, (void)from;
-  return NULL;
-}
-static LWError Load(LWInstance inst, const LWLoadState *ls) {
-  (void)inst, (void)ls;
-  return NULL;
-}
-static LWError Save(LWInstance inst, const LWSaveState *ss) {
-  (void)inst, (void)ss;
-  return NULL;
-}
-static const char *Describe(LWInstance inst) {
-  (void)inst;
-  return "Light Probe";
-}
 static LWError Init(LWInstance inst, int mode) {
   (void)mode;
   ((Probe *)inst)->threads = scene->numThreads;
   return NULL;
 }
-static void Cleanup(LWInstance inst) { (void)inst; }
 /* Frame 13 fails, so that a render can be seen to stop on a failing frame. */
 static LWError NewTime(LWInstance inst, LWFrame frame, LWTime time) {
   (void)inst, (void)time;
@@ -107,14 +80,9 @@ static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeV
   outputs->setValue(value, rgb);
 }
 
-static unsigned int Flags(LWInstance inst) {
-  (void)inst;
-  return 0;
-}
-
 static int Activate(int version, GlobalFunc *global, void *local, void *serverData) {
-  static LWInstanceFuncs instance = {NULL, Create, Destroy, Copy, Load, Save, Describe};
-  static LWRenderFuncs render = {Init, Cleanup, NewTime};
+  static LWInstanceFuncs instance = {NULL, Create, free, NULL, NULL, NULL, NULL};
+  static LWRenderFuncs render = {Init, NULL, NewTime};
   LWNodeHandler *handler = (LWNodeHandler *)local;
   (void)serverData;
   if (version < 1) return AFUNC_BADVERSION;
@@ -128,7 +96,6 @@ static int Activate(int version, GlobalFunc *global, void *local, void *serverDa
   handler->rend = &render;
   handler->evaluate = Evaluate;
   handler->customPreview = NULL;
-  if (version >= 2) handler->flags = Flags;
   return AFUNC_OK;
 }
 

@@ -6,8 +6,7 @@ target_link_libraries(light_probe PRIVATE vorn_sdk)
 set_target_properties(light_probe PROPERTIES PREFIX "" SUFFIX ".p" C_VISIBILITY_PRESET hidden)
 
 vorn_add_test_suite(render_tests
-  ${CMAKE_CURRENT_LIST_DIR}/scene_render_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/render_files_test.cpp)
+  ${CMAKE_CURRENT_LIST_DIR}/scene_render_test.cpp)
 target_compile_definitions(render_tests PRIVATE
   LIGHT_PROBE_PATH="$<TARGET_FILE:light_probe>"
   CLI_TEST_OUTPUT_DIR="${CMAKE_CURRENT_BINARY_DIR}/render_output")

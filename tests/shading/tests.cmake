@@ -1,5 +1,2 @@
 # Shading and caching nodes of vorn.p: Single Light Lambert and the Cache.
-vorn_add_test_suite(shading_tests
-  ${CMAKE_CURRENT_LIST_DIR}/lambert_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/cache_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/render_test.cpp)
+vorn_add_test_suite(shading_tests ${CMAKE_CURRENT_LIST_DIR}/shading_test.cpp)

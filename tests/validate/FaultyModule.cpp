@@ -30,13 +30,9 @@ LWError Load(LWInstance instance, const LWLoadState* state) {
   if (state->readI4(state->readData, &value, 1) == 1) static_cast<Instance*>(instance)->value = value;
   return nullptr;
 }
+template <int kOff>
 LWError Save(LWInstance instance, const LWSaveState* state) {
-  int value = static_cast<Instance*>(instance)->value;
-  state->writeI4(state->writeData, &value, 1);
-  return nullptr;
-}
-LWError SaveOneMore(LWInstance instance, const LWSaveState* state) {
-  int value = static_cast<Instance*>(instance)->value + 1;
+  int value = static_cast<Instance*>(instance)->value + kOff;
   state->writeI4(state->writeData, &value, 1);
   return nullptr;
 }
@@ -68,10 +64,10 @@ void* Startup() { return reinterpret_cast<void*>(1); }
 void Shutdown(void*) {}
 
 ServerTagInfo tags[] = {{"Faulty", SRVTAG_USERNAME}, {nullptr, 0}};
-ServerRecord servers[] = {{LWNODE_HCLASS, "faultyCreate", Activate<CreateCrashing, Save>, tags},
-                          {LWNODE_HCLASS, "faultyStore", Activate<Create, SaveOneMore>, tags},
-                          {LWNODE_HCLASS, "faultyGlobal", Activate<CreateTrusting, Save>, tags},
-                          {LWNODE_HCLASS, "faultless", Activate<Create, Save>, tags},
+ServerRecord servers[] = {{LWNODE_HCLASS, "faultyCreate", Activate<CreateCrashing, Save<0>>, tags},
+                          {LWNODE_HCLASS, "faultyStore", Activate<Create, Save<1>>, tags},
+                          {LWNODE_HCLASS, "faultyGlobal", Activate<CreateTrusting, Save<0>>, tags},
+                          {LWNODE_HCLASS, "faultless", Activate<Create, Save<0>>, tags},
                           {nullptr, nullptr, nullptr, nullptr}};
 
 }  // namespace

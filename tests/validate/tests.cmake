@@ -2,9 +2,7 @@
 # input: damaged module files, module paths without a folder, strings with a NUL.
 vorn_add_plugin_module(faulty_module faulty ${CMAKE_CURRENT_LIST_DIR}/FaultyModule.cpp)
 
-vorn_add_test_suite(validate_tests
-  ${CMAKE_CURRENT_LIST_DIR}/validate_command_test.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/bad_input_test.cpp)
+vorn_add_test_suite(validate_tests ${CMAKE_CURRENT_LIST_DIR}/validate_test.cpp)
 target_compile_definitions(validate_tests PRIVATE
   FAULTY_MODULE_PATH="$<TARGET_FILE:faulty_module>"
   CLI_TEST_OUTPUT_DIR="${CMAKE_CURRENT_BINARY_DIR}/validate_output")
