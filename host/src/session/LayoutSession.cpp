@@ -252,7 +252,8 @@ void LayoutSession::saveScene(const std::string& path) {
                                                       {"FramesPerSecond", number.str()}};
   std::vector<std::string> lines = sceneLines_.empty() ? std::vector<std::string>{"LWSC", "3", ""} : sceneLines_;
   for (const auto& [key, value] : keys) {
-    auto same = [&](const std::string& line) { return line.rfind(key + " ", 0) == 0; };
+    const std::string prefix = key + " ";
+    auto same = [&prefix](const std::string& line) { return line.rfind(prefix, 0) == 0; };
     auto at = std::find_if(lines.begin(), lines.end(), same);
     if (at == lines.end()) at = lines.insert(lines.end(), "");
     *at = key + " " + value;
