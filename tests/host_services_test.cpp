@@ -16,22 +16,6 @@ class HostServicesTest : public ::testing::Test {
   FixtureProbe probe;
 };
 
-TEST_F(HostServicesTest, VersionGateAcceptsFrom92On) {
-  struct Case {
-    unsigned major, minor;
-    bool passes;
-  };
-  const Case cases[] = {{8, 0, false}, {8, 5, false}, {8, 15, false}, {9, 0, false}, {9, 1, false},
-                        {9, 2, true},  {9, 6, true},  {10, 0, true},  {11, 3, true}};
-  for (const Case& c : cases) {
-    host.setVersion(c.major, c.minor, 1234);
-    ProbeRequest r = probe.run("gate");
-    EXPECT_EQ(r.result, c.passes ? 1 : 0) << c.major << "." << c.minor;
-    EXPECT_STREQ(r.text, c.passes ? "" : "This plugin needs a newer version of LightWave 3D (9.2 as a minimum)")
-        << c.major << "." << c.minor;
-  }
-}
-
 TEST_F(HostServicesTest, HoldersShareOneAcquisitionCount) {
   static int service = 0;
   host.globals().provide(FIXTURE_PROBE_SERVICE, &service);
@@ -79,7 +63,6 @@ TEST_F(HostServicesTest, NodeInputServiceFollowsHostVersion) {
   const Case cases[] = {{9, 4, "NodeInputFuncs", "NodeInputFuncs 2"},
                         {8, 7, "NodeInputFuncs", "NodeInputFuncs 2"},
                         {9, 5, "NodeInputFuncs 2", "NodeInputFuncs"},
-                        {9, 6, "NodeInputFuncs 2", "NodeInputFuncs"},
                         {10, 0, "NodeInputFuncs 2", "NodeInputFuncs"}};
   static int table = 0;
   host.globals().provide("NodeInputFuncs", &table);
