@@ -16,7 +16,7 @@
 #include "lwhost/PluginNode.h"
 #include "lwhost/Session.h"
 #include "lwhost/XPanel.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace colourtest {
 
@@ -53,20 +53,11 @@ struct Corrector {
 
 // Settings go in through the node's form, as a user types them, and come out of the node's
 // outputs after a sampling pass, as the renderer reads them.
-class CorrectorTest : public ::testing::Test {
+class CorrectorTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
-  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-  lwhost::NodeEditor& editor = session.nodes();
-  LWNodalAccess access = lwhost::MakeNodalAccess();
-
   Corrector addCorrector() {
-    lwhost::PluginNode& node = editor.addPluginNode(vorn, "SimpleColourCorrector");
-    const lwhost::InterfaceActivation ui = node.activateInterface();
-    EXPECT_EQ(ui.result, AFUNC_OK);
-    lwhost::XPanel* panel = session.xpanels().find(ui.local.panel);
-    if (!panel) throw std::runtime_error("the corrector gave no form panel");
-    return {node, *panel};
+    lwhost::PluginNode& node = add("SimpleColourCorrector");
+    return {node, panel(node)};
   }
 
   lwhost::VParm& parameter(Corrector& c, unsigned int cid) {

@@ -14,7 +14,7 @@
 #include "lwhost/NodeEditor.h"
 #include "lwhost/PluginNode.h"
 #include "lwhost/Session.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace materials {
 
@@ -65,23 +65,11 @@ struct BlendSpy {
   }
 };
 
-class MaterialBlenderTest : public ::testing::Test {
+class MaterialBlenderTest : public VornNodeTest {
  protected:
-  lwhost::Session session;
-  lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-  lwhost::NodeEditor& editor = session.nodes();
-  LWNodalAccess access = lwhost::MakeNodalAccess();
-
-  lwhost::PluginNode& addBlender() { return editor.addPluginNode(vorn, "MaterialBlender"); }
-
+  lwhost::PluginNode& addBlender() { return add("MaterialBlender"); }
   // Made on the first interface activation, then the same one.
-  lwhost::XPanel& panelOf(lwhost::PluginNode& node) {
-    const lwhost::InterfaceActivation ui = node.activateInterface();
-    EXPECT_EQ(ui.result, AFUNC_OK);
-    lwhost::XPanel* panel = session.xpanels().find(ui.local.panel);
-    if (!panel) throw std::runtime_error("the Material Blender gave no panel");
-    return *panel;
-  }
+  lwhost::XPanel& panelOf(lwhost::PluginNode& node) { return panel(node); }
   // As the user does it: edit the control; the next render pass samples the opacity.
   void setOpacity(lwhost::PluginNode& node, int k, double opacity) {
     ASSERT_TRUE(panelOf(node).setNumber(OpacityId(k), opacity)) << kChannel[k];
