@@ -277,7 +277,7 @@ class CommandStatsTest : public ::testing::Test {
   // instance, plays `script`, and gives the rows of the panel as its options last showed it.
   // Quits unless `stay`.
   Rows play(const char* stats, const std::string& script, bool stay = false, const std::string& settings = "") {
-    if (stats) std::ofstream(file()) << stats;
+    if (stats) std::ofstream(file(), std::ios::binary) << stats;
     layout = std::make_unique<lwhost::LayoutSession>(lwhost::LayoutSessionOptions{false, dir});
     if (!settings.empty()) layout->session().scene().directories().setSettingsDirectory(settings);
     layout->setLog([this](const std::string& line) { log += line + "\n"; });
