@@ -1,7 +1,11 @@
 // The module descriptor, startup/shutdown and the capture of the host, through the real file.
 #include <gtest/gtest.h>
 #include <lwmodule.h>
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sched.h>
+#endif
 
 #include "lwhost/Host.h"
 #include "lwhost/ModuleFile.h"
@@ -77,7 +81,15 @@ TEST(ModuleEntry, ActivationCapturesTheHostEachTime) {
     ASSERT_EQ(probe.record().activate(1, second, &request, probe.module().serverData()), AFUNC_OK);
     EXPECT_EQ(viaSecond, 1);  // the input service
 
-    // The processor count is what this thread may run on.
+    // The processor count is what this process may run on.
+#ifdef _WIN32
+    DWORD_PTR all = 0, system = 0;
+    ASSERT_TRUE(GetProcessAffinityMask(GetCurrentProcess(), &all, &system));
+    ASSERT_TRUE(SetProcessAffinityMask(GetCurrentProcess(), all & (~all + 1)));
+    EXPECT_EQ(probe.run("cores").result, 1);
+    ASSERT_TRUE(SetProcessAffinityMask(GetCurrentProcess(), all));
+    EXPECT_EQ(probe.run("cores").result, __builtin_popcountll(all));
+#else
     cpu_set_t all, one;
     ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
     CPU_ZERO(&one);
@@ -90,6 +102,7 @@ TEST(ModuleEntry, ActivationCapturesTheHostEachTime) {
     EXPECT_EQ(probe.run("cores").result, 1);
     ASSERT_EQ(sched_setaffinity(0, sizeof all, &all), 0);
     EXPECT_EQ(probe.run("cores").result, CPU_COUNT(&all));
+#endif
   }
   // Unloading the module releases the message service.
   EXPECT_EQ(host.globals().counts("Info Messages 2").release, 1);

@@ -66,7 +66,8 @@ void CommandStats::sort() {
 }
 
 void CommandStats::saveList(const std::string& fileName) {
-  std::ofstream out(fileName, std::ios::out | std::ios::trunc);
+  // The same bytes on every system: Windows would otherwise end each line with CR LF.
+  std::ofstream out(fileName, std::ios::out | std::ios::trunc | std::ios::binary);
   if (!out) return;
   sort();
   WriteStatistics(out, sorted, LayoutForFileName(fileName));

@@ -11,6 +11,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "CliSupport.h"
@@ -20,7 +21,6 @@
 namespace {
 
 using cli::Lwhost;
-using cli::ShellQuoted;
 namespace fs = std::filesystem;
 
 std::set<std::string> LinesStartingWith(const std::string& output, const std::string& word) {
@@ -32,6 +32,9 @@ std::set<std::string> LinesStartingWith(const std::string& output, const std::st
 }
 
 TEST(ValidateCommand, FailsExactlyTheFaultsOfEachServerAndKeepsGoing) {
+#ifdef _WIN32
+  GTEST_SKIP() << "without fork, lwhost validate runs the checks in its own process, so a crash ends the run";
+#endif
   const CommandResult r = Lwhost({"validate", FAULTY_MODULE_PATH, "--level", "5", "--seed", "7"});
   EXPECT_EQ(r.status, 1) << r.output;
   std::set<std::string> failed;
@@ -87,7 +90,11 @@ TEST(BadInput, ModuleCutShortIsRefusedWithOneLineByEveryCommand) {
         {"render", network, "-o", cli::OutputPath("cut.png")}}) {
     const CommandResult r = Lwhost(command);
     EXPECT_EQ(r.status, 1) << command[0] << ": " << r.output;
+#ifdef _WIN32
+    EXPECT_NE(r.output.find(cut + ": truncated PE file (4096 bytes, but section "), std::string::npos) << r.output;
+#else
     EXPECT_NE(r.output.find(cut + ": truncated ELF file (4096 bytes, but segment "), std::string::npos) << r.output;
+#endif
     EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), 1) << r.output;
   }
 }
@@ -108,15 +115,19 @@ TEST(BadInput, PeSectionsPastTheEndAreFound) {
 TEST(BadInput, ModulePathsWithoutAFolderAreFilesInTheCurrentOrNetworkFolder) {
   const fs::path dir = fs::path(CLI_TEST_OUTPUT_DIR) / "here";
   fs::create_directories(dir);
-  fs::copy_file(testpaths::kVorn, dir / "vorn.p", fs::copy_options::overwrite_existing);
+  fs::remove(dir / "vorn.p");  // mingw's copy_file refuses to overwrite, whatever the options
+  fs::copy_file(testpaths::kVorn, dir / "vorn.p");
   std::ofstream(dir / "net.txt") << "module vorn ./vorn.p\nnode c = Color 1 0 0\nnode cc = vorn SimpleColourCorrector\n"
                                     "connect c.Color -> cc.Colour\noutput cc.Colour\n";
-  const std::string here = "cd " + ShellQuoted(dir.string()) + " && " + ShellQuoted(LWHOST_PATH);
-  for (const auto& [command, says] : {std::pair<std::string, const char*>{here + " servers vorn.p", "SimpleColourCorrector"},
-                                      {here + " render net.txt -o out.png --size 8x8", "wrote "},
-                                      {"cd / && " + ShellQuoted(LWHOST_PATH) + " render " + ShellQuoted((dir / "net.txt").string()) +
-                                           " -o " + ShellQuoted((dir / "out2.png").string()) + " --size 8x8", "wrote "}}) {
-    const CommandResult r = RunCommand(command);
+  // The folder lwhost starts in is ours while it runs.
+  const fs::path before = fs::current_path();
+  for (const auto& [in, command, says] :
+       {std::tuple<fs::path, std::vector<std::string>, const char*>{dir, {"servers", "vorn.p"}, "SimpleColourCorrector"},
+        {dir, {"render", "net.txt", "-o", "out.png", "--size", "8x8"}, "wrote "},
+        {dir.root_path(), {"render", (dir / "net.txt").string(), "-o", (dir / "out2.png").string(), "--size", "8x8"}, "wrote "}}) {
+    fs::current_path(in);
+    const CommandResult r = Lwhost(command);
+    fs::current_path(before);
     EXPECT_EQ(r.status, 0) << r.output;
     EXPECT_NE(r.output.find(says), std::string::npos) << r.output;
   }

@@ -259,7 +259,8 @@ class Parser {
     if (modules_.count(m.alias)) fail(line.number, "module " + Quoted(m.alias) + " is declared twice");
     m.path = expand(line.words[2], line.number);
     if (m.path.empty()) fail(line.number, "the module path is empty");
-    if (!baseDir_.empty() && std::filesystem::path(m.path).is_relative())
+    // "/x" has no drive on Windows, yet it names no place under the network's folder.
+    if (!baseDir_.empty() && !std::filesystem::path(m.path).has_root_directory())
       m.path = (std::filesystem::path(baseDir_) / m.path).lexically_normal().string();
     modules_.insert(m.alias);
     return m;

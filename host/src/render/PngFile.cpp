@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 
 #include "Png.h"
 #include "lwhost/Raster.h"
@@ -160,7 +161,10 @@ void PngFile::finish() {
   const bool flushed = std::fflush(f) == 0;
   const int saved = errno;
   if (std::fclose(f) != 0 || !flushed) fail(std::strerror(flushed ? errno : saved));
-  if (writing_ != path_ && std::rename(writing_.c_str(), path_.c_str()) != 0) fail(std::strerror(errno));
+  // std::rename will not replace a file on Windows; the filesystem library's does.
+  std::error_code renamed;
+  if (writing_ != path_) std::filesystem::rename(writing_, path_, renamed);
+  if (renamed) fail(renamed.message());
   finished_ = true;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <utility>
 
@@ -66,12 +67,20 @@ LWCommandCode NoLookup(void*, const char*) { return 0; }
 int NoExecute(void*, LWCommandCode, int, const DynaValue*, DynaValue*) { return 0; }
 
 std::string FreshSettingsDirectory() {
-  const char* tmp = std::getenv("TMPDIR");
-  std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/lwhost-settings-XXXXXX";
-  std::vector<char> buffer(pattern.begin(), pattern.end());
-  buffer.push_back('\0');
-  if (!mkdtemp(buffer.data())) throw SessionError("cannot make a settings folder in " + pattern);
-  return buffer.data();
+  // No mkdtemp on every system: a random name, retried while it is taken.
+  std::error_code ec;
+  const std::filesystem::path base = std::filesystem::temp_directory_path(ec);
+  if (ec) throw SessionError("cannot find a temporary folder: " + ec.message());
+  std::random_device seed;
+  std::mt19937_64 random(seed());
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    char name[40];
+    std::snprintf(name, sizeof name, "lwhost-settings-%016llx", static_cast<unsigned long long>(random()));
+    const std::filesystem::path dir = base / name;
+    if (std::filesystem::create_directory(dir, ec)) return dir.string();
+    if (ec) throw SessionError("cannot make a settings folder in " + Quoted(base.string()) + ": " + ec.message());
+  }
+  throw SessionError("cannot make a settings folder in " + Quoted(base.string()));
 }
 
 }  // namespace

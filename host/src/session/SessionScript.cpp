@@ -120,7 +120,7 @@ class Runner {
     const std::string expanded = expand(line, word);
     if (expanded.empty()) fail(line.number, "an empty file name");
     const std::filesystem::path p(expanded);
-    return p.is_absolute() || baseDir_.empty() ? expanded : (std::filesystem::path(baseDir_) / p).string();
+    return p.has_root_directory() || baseDir_.empty() ? expanded : (std::filesystem::path(baseDir_) / p).string();
   }
 
   OptionsAction action(const Line& line) const {

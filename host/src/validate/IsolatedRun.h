@@ -18,6 +18,9 @@ inline Outcome Pass(std::string text = "") { return {Verdict::Pass, std::move(te
 inline Outcome Fail(std::string text) { return {Verdict::Fail, std::move(text)}; }
 inline Outcome Skip(std::string text) { return {Verdict::Skip, std::move(text)}; }
 
+// Runs `body`, turning an exception that leaves it into a failure.
+Outcome RunGuarded(const std::function<Outcome()>& body);
+
 // Runs `body` in a child process, so that whatever the plug-in does to it (a crash, a hang past
 // `timeoutSeconds`, a sanitizer report, an exception) fails this one run and nothing else.
 Outcome RunIsolated(const std::function<Outcome()>& body, unsigned timeoutSeconds);
