@@ -6,17 +6,11 @@
 
 #include <string>
 
+#include "WideText.h"
+
 namespace platform {
 
 namespace {
-
-std::wstring Wide(const std::string& utf8) {
-  if (utf8.empty()) return std::wstring();
-  const int size = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-  std::wstring out(size, L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), &out[0], size);
-  return out;
-}
 
 template <std::size_t N>
 void Copy(wchar_t (&to)[N], const std::wstring& from) {

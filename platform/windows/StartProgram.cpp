@@ -2,17 +2,11 @@
 
 #include <windows.h>
 
+#include "WideText.h"
+
 namespace platform {
 
 namespace {
-
-std::wstring Wide(const std::string& utf8) {
-  if (utf8.empty()) return std::wstring();
-  const int size = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
-  std::wstring out(size, L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), &out[0], size);
-  return out;
-}
 
 // One argument quoted so that the C runtime's parser gives it back unchanged.
 void AppendQuoted(std::wstring& line, const std::wstring& arg) {
