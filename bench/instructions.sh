@@ -53,8 +53,16 @@ same corrector plain-corrector
 blend_vorn=$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")
 blend_plain=$(count plain-blender materials "$plain" plainMaterialBlender Material PlainBlender_Evaluate)
 same blender plain-blender
+boost_vorn=$(count booster booster "$vorn" vornMaterialBooster Material "$(adaptor MaterialBooster)")
+boost_plain=$(count plain-booster curves "$plain" plainMaterialBooster Material PlainBooster_Evaluate)
+same booster plain-booster
+channel_vorn=$(count channel vector "$vorn" vornChannelBlender Vector "$(adaptor ChannelBlender)")
+channel_plain=$(count plain-channel vector "$plain" plainChannelBlender Vector PlainChannelBlender_Evaluate)
+same channel plain-channel
 
 printf '%-36s %10s %10s %8s\n' "instructions per sample" "vorn" "plain C" "ratio"
 row "Time Info: Time" "$time_vorn" "$time_plain"
 row "Simple Colour Corrector: Colour" "$cc_vorn" "$cc_plain"
 row "Material Blender: Material" "$blend_vorn" "$blend_plain"
+row "Material Booster: Material" "$boost_vorn" "$boost_plain"
+row "Channel Blender: Vector" "$channel_vorn" "$channel_plain"

@@ -5,9 +5,11 @@
 //   sample_instructions SETUP MODULE SERVER OUTPUT SAMPLES
 //
 // SETUP is how the network is built: "none", "colour" (a connected colour), "corrector" (that,
-// with brightness, hue and saturation moved in the form), "materials" (two constant materials)
-// or "blender" (those, every channel at half opacity in the form). The first sample's value is printed, so that a node and its
-// reference can be seen to agree.
+// with brightness, hue and saturation moved in the form), "materials" (two constant materials),
+// "blender" (those, every channel at half opacity in the form), "curves" (a constant material and
+// one curve value on every channel's curve), "booster" (that, with the maxima set in the form) or
+// "vector" (a vector and a scalar on each of X, Y and Z). The first sample's value is printed, so
+// that a node and its reference can be seen to agree.
 #include <lwnodes.h>
 #include <valgrind/callgrind.h>
 
@@ -66,8 +68,24 @@ void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNod
     for (unsigned int k = 0; k < 5; ++k)
       Require(panel.setNumber(0x9000 + 2 * k, 0.5) && panel.setInteger(0x9001 + 2 * k, modes[k]),
               "the blender's panel refused a value");
+  } else if (setup == "curves" || setup == "booster") {
+    editor.connect(editor.addMaterial(Material(0.6)), "Material", node, "Material");
+    lwhost::Node& curve = editor.addScalar(0.5);
+    const char* const channels[5] = {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"};
+    for (const char* channel : channels) editor.connect(curve, "Scalar", node, std::string(channel) + " Curve");
+    if (setup == "curves") return;
+    lwhost::XPanel& panel = PanelOf(session, node);
+    const double maxima[5] = {3.0, 2.0, 1.5, 0.5, 4.0};
+    for (unsigned int k = 0; k < 5; ++k)
+      Require(panel.setNumber(0x9001 + 2 * k, maxima[k]), "the booster's panel refused a value");
+  } else if (setup == "vector") {
+    editor.connect(editor.addVector(0.25, -1.5, 3.0), "Vector", node, "Vector");
+    editor.connect(editor.addScalar(0.75), "Scalar", node, "X");
+    editor.connect(editor.addScalar(-0.5), "Scalar", node, "Y");
+    editor.connect(editor.addScalar(2.0), "Scalar", node, "Z");
   } else {
-    Require(setup == "none", "SETUP is none, colour, corrector, materials or blender");
+    Require(setup == "none",
+            "SETUP is none, colour, corrector, materials, blender, curves, booster or vector");
   }
 }
 

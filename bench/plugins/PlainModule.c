@@ -2,14 +2,17 @@
 #include <lwmodule.h>
 #include <lwserver.h>
 
-extern const ServerRecord plainTimeInfoRecord, plainCorrectorRecord, plainBlenderRecord;
+extern const ServerRecord plainTimeInfoRecord, plainCorrectorRecord, plainBlenderRecord,
+    plainBoosterRecord, plainChannelBlenderRecord;
 
-static ServerRecord records[4];
+static ServerRecord records[6];
 
 static void *Startup(void) {
   records[0] = plainTimeInfoRecord;
   records[1] = plainCorrectorRecord;
   records[2] = plainBlenderRecord;
+  records[3] = plainBoosterRecord;
+  records[4] = plainChannelBlenderRecord;
   return records;
 }
 static void Shutdown(void *serverData) { (void)serverData; }
