@@ -5,14 +5,16 @@
 #include <lwserver.h>
 #include <stdlib.h>
 
+#include "PlainNode.h"
+
+static LWNodeInputFuncs *inputs;
+static LWNodeOutputFuncs *outputs;
+
 typedef struct {
   NodeID node;
   NodeInputID vectorIn, componentIn[3];
   NodeOutputID vectorOut, componentOut[3];
 } PlainChannelBlender;
-
-static LWNodeInputFuncs *inputs;
-static LWNodeOutputFuncs *outputs;
 
 static LWInstance Create(void *priv, void *context, LWError *err) {
   static const char *const names[3] = {"X", "Y", "Z"};
@@ -43,11 +45,6 @@ static void Destroy(LWInstance inst) {
   free(self);
 }
 
-static LWError Copy(LWInstance to, LWInstance from) { (void)to, (void)from; return NULL; }
-static LWError Load(LWInstance inst, const LWLoadState *ls) { (void)inst, (void)ls; return NULL; }
-static LWError Save(LWInstance inst, const LWSaveState *ss) { (void)inst, (void)ss; return NULL; }
-static const char *Describe(LWInstance inst) { (void)inst; return ""; }
-
 static void PlainChannelBlender_Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID output, NodeValue value) {
   PlainChannelBlender *self = inst;
   double v[3] = {0.0, 0.0, 0.0};
@@ -62,18 +59,15 @@ static void PlainChannelBlender_Evaluate(LWInstance inst, LWNodalAccess *na, Nod
     if (output == self->componentOut[k]) outputs->setValue(value, &v[k]);
 }
 
-static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, Load, Save, Describe};
+static const LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, PlainCopyNothing, PlainLoadNothing,
+                                              PlainSaveNothing, PlainNoDescription};
 
 static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
-  LWNodeHandler *handler = local;
+  PlainServices services;
+  const int result = PlainActivate(version, g, local, &instanceFuncs, PlainChannelBlender_Evaluate, &services);
   (void)serverData;
-  if (version < 1) return AFUNC_BADVERSION;
-  inputs = g(LWNODEINPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  outputs = g(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  if (!inputs || !outputs) return AFUNC_BADGLOBAL;
-  *handler->inst = instanceFuncs;
-  handler->evaluate = PlainChannelBlender_Evaluate;
-  return AFUNC_OK;
+  if (result == AFUNC_OK) inputs = services.inputs, outputs = services.outputs;
+  return result;
 }
 
 static ServerTagInfo tags[] = {{"Plain Channel Blender", SRVTAG_USERNAME}, {NULL, 0}};

@@ -7,6 +7,11 @@
 #include <math.h>
 #include <stdlib.h>
 
+#include "PlainNode.h"
+
+static LWNodeInputFuncs *inputs;
+static LWNodeOutputFuncs *outputs;
+
 enum { COLOUR, SCALAR, BRIGHTNESS, CONTRAST, HUE, SATURATION, GAMMA, INVERT, INPUTS };
 
 typedef struct {
@@ -16,9 +21,6 @@ typedef struct {
   double colour[3], brightness, contrast, hue, saturation, gamma;
   int invert;
 } PlainCorrector;
-
-static LWNodeInputFuncs *inputs;
-static LWNodeOutputFuncs *outputs;
 
 static LWInstance Create(void *priv, void *context, LWError *err) {
   static const char *const names[INPUTS] = {"Colour", "Scalar", "Brightness", "Contrast",
@@ -46,11 +48,6 @@ static void Destroy(LWInstance inst) {
   outputs->destroy(self->node, self->colourOut);
   free(self);
 }
-
-static LWError Copy(LWInstance to, LWInstance from) { (void)to, (void)from; return NULL; }
-static LWError Load(LWInstance inst, const LWLoadState *ls) { (void)inst, (void)ls; return NULL; }
-static LWError Save(LWInstance inst, const LWSaveState *ss) { (void)inst, (void)ss; return NULL; }
-static const char *Describe(LWInstance inst) { (void)inst; return ""; }
 
 static double Wrap(double x) {
   if (!isfinite(x)) return 0.0;
@@ -115,18 +112,15 @@ static void PlainCorrector_Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutp
   outputs->setValue(value, rgb);
 }
 
-static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, Load, Save, Describe};
+static const LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, PlainCopyNothing, PlainLoadNothing,
+                                              PlainSaveNothing, PlainNoDescription};
 
 static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
-  LWNodeHandler *handler = local;
+  PlainServices services;
+  const int result = PlainActivate(version, g, local, &instanceFuncs, PlainCorrector_Evaluate, &services);
   (void)serverData;
-  if (version < 1) return AFUNC_BADVERSION;
-  inputs = g(LWNODEINPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  outputs = g(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  if (!inputs || !outputs) return AFUNC_BADGLOBAL;
-  *handler->inst = instanceFuncs;
-  handler->evaluate = PlainCorrector_Evaluate;
-  return AFUNC_OK;
+  if (result == AFUNC_OK) inputs = services.inputs, outputs = services.outputs;
+  return result;
 }
 
 static ServerTagInfo tags[] = {{"Plain Colour Corrector", SRVTAG_USERNAME}, {NULL, 0}};

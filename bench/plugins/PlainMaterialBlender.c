@@ -7,6 +7,11 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "PlainNode.h"
+
+static LWNodeInputFuncs *inputs;
+static LWNodeOutputFuncs *outputs;
+
 enum { CHANNELS = 5, TRANSPARENCY = 4 };
 
 typedef struct {
@@ -17,8 +22,6 @@ typedef struct {
   int mode[CHANNELS];
 } PlainBlender;
 
-static LWNodeInputFuncs *inputs;
-static LWNodeOutputFuncs *outputs;
 static LWNodeUtilityFuncs *utility;
 
 static LWInstance Create(void *priv, void *context, LWError *err) {
@@ -70,10 +73,6 @@ static void Destroy(LWInstance inst) {
   free(self);
 }
 
-static LWError Copy(LWInstance to, LWInstance from) { (void)to, (void)from; return NULL; }
-static LWError Load(LWInstance inst, const LWLoadState *ls) { (void)inst, (void)ls; return NULL; }
-static LWError Save(LWInstance inst, const LWSaveState *ss) { (void)inst, (void)ss; return NULL; }
-static const char *Describe(LWInstance inst) { (void)inst; return ""; }
 static unsigned int Flags(LWInstance inst) { (void)inst; return NF_TRANSP; }
 
 static int Mode(PlainBlender *self, int k, LWNodalAccess *na) {
@@ -143,18 +142,18 @@ static void PlainBlender_Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutput
   outputs->setValue(value, &result);
 }
 
-static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, Load, Save, Describe};
+static const LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, PlainCopyNothing, PlainLoadNothing,
+                                              PlainSaveNothing, PlainNoDescription};
 
 static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
   LWNodeHandler *handler = local;
+  PlainServices services;
+  const int result = PlainActivate(version, g, local, &instanceFuncs, PlainBlender_Evaluate, &services);
   (void)serverData;
-  if (version < 1) return AFUNC_BADVERSION;
-  inputs = g(LWNODEINPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  outputs = g(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
+  if (result != AFUNC_OK) return result;
+  inputs = services.inputs, outputs = services.outputs;
   utility = g(LWNODEUTILITYFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  if (!inputs || !outputs || !utility) return AFUNC_BADGLOBAL;
-  *handler->inst = instanceFuncs;
-  handler->evaluate = PlainBlender_Evaluate;
+  if (!utility) return AFUNC_BADGLOBAL;
   if (version >= 2) handler->flags = Flags;
   return AFUNC_OK;
 }

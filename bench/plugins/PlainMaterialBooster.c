@@ -8,6 +8,11 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "PlainNode.h"
+
+static LWNodeInputFuncs *inputs;
+static LWNodeOutputFuncs *outputs;
+
 enum { CHANNELS = 5 };
 
 typedef struct {
@@ -18,9 +23,6 @@ typedef struct {
   int cameraOnly;
   LWItemID renderCamera;
 } PlainBooster;
-
-static LWNodeInputFuncs *inputs;
-static LWNodeOutputFuncs *outputs;
 
 static LWInstance Create(void *priv, void *context, LWError *err) {
   static const char *const boostNames[CHANNELS] = {"Diffuse Boost", "Specular Boost", "Reflection Boost",
@@ -64,11 +66,6 @@ static void Destroy(LWInstance inst) {
   free(self);
 }
 
-static LWError Copy(LWInstance to, LWInstance from) { (void)to, (void)from; return NULL; }
-static LWError Load(LWInstance inst, const LWLoadState *ls) { (void)inst, (void)ls; return NULL; }
-static LWError Save(LWInstance inst, const LWSaveState *ss) { (void)inst, (void)ss; return NULL; }
-static const char *Describe(LWInstance inst) { (void)inst; return ""; }
-
 /* Without a curve the maximum plays no part, so its input is not asked. */
 static double Factor(const PlainBooster *self, int k, LWNodalAccess *na) {
   double boost = self->boost[k], maximum, curve = 0.0;
@@ -98,18 +95,15 @@ static void PlainBooster_Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutput
   outputs->setValue(value, &m);
 }
 
-static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, Load, Save, Describe};
+static const LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, PlainCopyNothing, PlainLoadNothing,
+                                              PlainSaveNothing, PlainNoDescription};
 
 static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
-  LWNodeHandler *handler = local;
+  PlainServices services;
+  const int result = PlainActivate(version, g, local, &instanceFuncs, PlainBooster_Evaluate, &services);
   (void)serverData;
-  if (version < 1) return AFUNC_BADVERSION;
-  inputs = g(LWNODEINPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  outputs = g(LWNODEOUTPUTFUNCS_GLOBAL, GFUSE_TRANSIENT);
-  if (!inputs || !outputs) return AFUNC_BADGLOBAL;
-  *handler->inst = instanceFuncs;
-  handler->evaluate = PlainBooster_Evaluate;
-  return AFUNC_OK;
+  if (result == AFUNC_OK) inputs = services.inputs, outputs = services.outputs;
+  return result;
 }
 
 static ServerTagInfo tags[] = {{"Plain Material Booster", SRVTAG_USERNAME}, {NULL, 0}};

@@ -6,6 +6,8 @@
 #include <lwserver.h>
 #include <stdlib.h>
 
+#include "PlainNode.h"
+
 typedef struct {
   NodeID node;
   NodeOutputID time, frame, fps;
@@ -44,9 +46,6 @@ static LWError Copy(LWInstance to, LWInstance from) {
   a->now = b->now, a->rate = b->rate, a->frameNo = b->frameNo;
   return NULL;
 }
-static LWError Load(LWInstance inst, const LWLoadState *ls) { (void)inst, (void)ls; return NULL; }
-static LWError Save(LWInstance inst, const LWSaveState *ss) { (void)inst, (void)ss; return NULL; }
-static const char *Describe(LWInstance inst) { (void)inst; return ""; }
 
 static LWError Init(LWInstance inst, int mode) { (void)inst, (void)mode; return NULL; }
 static void Cleanup(LWInstance inst) { (void)inst; }
@@ -70,7 +69,8 @@ static void PlainTimeInfo_Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutpu
     outputs->setValue(value, &self->rate);
 }
 
-static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, Load, Save, Describe};
+static LWInstanceFuncs instanceFuncs = {NULL, Create, Destroy, Copy, PlainLoadNothing, PlainSaveNothing,
+                                        PlainNoDescription};
 static LWRenderFuncs renderFuncs = {Init, Cleanup, NewTime};
 
 static int Activate(int version, GlobalFunc *g, void *local, void *serverData) {
