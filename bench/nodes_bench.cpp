@@ -20,6 +20,7 @@
 #include "nodes/colour/ColourCorrection.h"
 #include "support/Measure.h"
 #include "support/Summary.h"
+#include "support/SampleMaterial.h"
 
 namespace {
 
@@ -40,20 +41,8 @@ constexpr int kChannels = 5;
 constexpr double kOpacity = 0.5;
 constexpr int kModes[kChannels] = {Blend_Multiply, Blend_Screen, Blend_Additive, Blend_Normal, Blend_Difference};
 
-LWNodalMaterial Material(double base) {
-  LWNodalMaterial m;
-  std::memset(&m, 0, sizeof m);
-  for (int k = 0; k < 3; ++k) {
-    m.diffuse[k] = base + 0.1 * k;
-    m.specular[k] = base * 0.5 + 0.05 * k;
-    m.reflection[k] = base * 0.25;
-    m.refraction[k] = 1.0 - base;
-  }
-  m.transparency = base * 0.3;
-  return m;
-}
-const LWNodalMaterial kBackground = Material(0.6);
-const LWNodalMaterial kForeground = Material(0.3);
+const LWNodalMaterial kBackground = SampleMaterial(0.6);
+const LWNodalMaterial kForeground = SampleMaterial(0.3);
 
 // The blender's five blends: the four colours, then transparency as the first channel of a vector.
 void BlendMaterials(const LWNodalMaterial& bg, const LWNodalMaterial& fg, LWNodalMaterial& result) {

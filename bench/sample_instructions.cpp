@@ -24,21 +24,9 @@
 #include "lwhost/PluginNode.h"
 #include "lwhost/Session.h"
 #include "lwhost/XPanels.h"
+#include "support/SampleMaterial.h"
 
 namespace {
-
-LWNodalMaterial Material(double base) {
-  LWNodalMaterial m;
-  std::memset(&m, 0, sizeof m);
-  for (int k = 0; k < 3; ++k) {
-    m.diffuse[k] = base + 0.1 * k;
-    m.specular[k] = base * 0.5 + 0.05 * k;
-    m.reflection[k] = base * 0.25;
-    m.refraction[k] = 1.0 - base;
-  }
-  m.transparency = base * 0.3;
-  return m;
-}
 
 lwhost::XPanel& PanelOf(lwhost::Session& session, lwhost::PluginNode& node) {
   lwhost::XPanel* panel = session.xpanels().find(node.activateInterface().local.panel);
@@ -60,8 +48,8 @@ void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNod
     Require(panel.setNumber(0x9002, 0.8) && panel.setNumber(0x9004, 0.6) && panel.setNumber(0x9005, 0.5),
             "the corrector's panel refused a value");
   } else if (setup == "materials" || setup == "blender") {
-    editor.connect(editor.addMaterial(Material(0.6)), "Material", node, "Bg Material");
-    editor.connect(editor.addMaterial(Material(0.3)), "Material", node, "Fg Material");
+    editor.connect(editor.addMaterial(SampleMaterial(0.6)), "Material", node, "Bg Material");
+    editor.connect(editor.addMaterial(SampleMaterial(0.3)), "Material", node, "Fg Material");
     if (setup == "materials") return;
     lwhost::XPanel& panel = PanelOf(session, node);
     const int modes[] = {Blend_Multiply, Blend_Screen, Blend_Additive, Blend_Normal, Blend_Difference};
@@ -69,7 +57,7 @@ void SetUp(const std::string& setup, lwhost::Session& session, lwhost::PluginNod
       Require(panel.setNumber(0x9000 + 2 * k, 0.5) && panel.setInteger(0x9001 + 2 * k, modes[k]),
               "the blender's panel refused a value");
   } else if (setup == "curves" || setup == "booster") {
-    editor.connect(editor.addMaterial(Material(0.6)), "Material", node, "Material");
+    editor.connect(editor.addMaterial(SampleMaterial(0.6)), "Material", node, "Material");
     lwhost::Node& curve = editor.addScalar(0.5);
     const char* const channels[5] = {"Diffuse", "Specular", "Reflection", "Refraction", "Transparency"};
     for (const char* channel : channels) editor.connect(curve, "Scalar", node, std::string(channel) + " Curve");
