@@ -66,3 +66,22 @@ row "Simple Colour Corrector: Colour" "$cc_vorn" "$cc_plain"
 row "Material Blender: Material" "$blend_vorn" "$blend_plain"
 row "Material Booster: Material" "$boost_vorn" "$boost_plain"
 row "Channel Blender: Vector" "$channel_vorn" "$channel_plain"
+
+# The sphere preview's pixel loop: instructions per shaded sample spent outside the plug-in's
+# own code (the renderer, the node editor, the host's input and output functions it calls).
+preview=$(dirname "$0")/../examples/normal-hue.net
+VORN_MODULE=$(realpath "$vorn") valgrind --tool=callgrind --callgrind-out-file="$out/preview.out" --log-file="$out/preview.log" \
+  "$build/host/lwhost" render "$preview" -o "$out/preview.png" >/dev/null || { cat "$out/preview.log" >&2; exit 1; }
+callgrind_annotate --inclusive=yes --tree=calling --threshold=100 "$out/preview.out" >"$out/preview.txt" 2>/dev/null
+# inclusive PATTERN: the inclusive count of the first function matching PATTERN ("*" marks a
+# function's own line in the call tree, ">" its callees).
+inclusive() { grep -E "^ *[0-9,]+ .*\*  .*$1" "$out/preview.txt" | head -1 | awk '{gsub(",", "", $1); print $1}'; }
+loop=$(inclusive 'NetworkRenderer::shadePixels')
+plugin=$(inclusive 'NodeAdaptor<vorn::SimpleCCNode, .*>::Evaluate')
+inputs=$(inclusive 'InEvaluate')
+outputs=$(inclusive 'SetNodeValue\(')
+spots=$(grep -E '>   .*NodeAdaptor<vorn::SimpleCCNode, .*>::Evaluate' "$out/preview.txt" | head -1 | sed -E 's/.*\(([0-9,]+)x\).*/\1/; s/,//g')
+echo
+awk -v l="$loop" -v p="$plugin" -v i="$inputs" -v o="$outputs" -v n="$spots" 'BEGIN {
+  printf "%-36s %10.1f   (%d samples)\n", "preview pixel loop, outside plug-in", (l - (p - i - o)) / n, n }'
+

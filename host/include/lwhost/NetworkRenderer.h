@@ -73,7 +73,6 @@ class NetworkRenderer {
   void sample(LWNodalAccess& access, double colour[3]) const noexcept;
   void shadePixels(Raster& image) const noexcept;
 
-  NodeEditor& editor_;
   Scene& scene_;
   NodeOutput& output_;
   ConnectionType type_;

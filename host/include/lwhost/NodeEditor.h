@@ -65,8 +65,9 @@ class NodeEditor {
   // Evaluates `output` of `node` for one sample into `value`, read as type `as`, along exactly
   // the path a plug-in's input evaluation takes. Returns false, leaving `value` alone, if the
   // node has no such output or its type does not convert to `as`. No allocation, no locks.
-  bool evaluate(Node& node, const char* output, LWNodalAccess& access, void* value, ConnectionType as) const noexcept;
-  bool evaluate(NodeOutput& output, LWNodalAccess& access, void* value, ConnectionType as) const noexcept;
+  // Static: a render thread needs no editor to hand, only the output.
+  static bool evaluate(Node& node, const char* output, LWNodalAccess& access, void* value, ConnectionType as) noexcept;
+  static bool evaluate(NodeOutput& output, LWNodalAccess& access, void* value, ConnectionType as) noexcept;
 
   // The service tables, as plug-ins get them.
   static const LWNodeFuncs* NodeFuncsTable();

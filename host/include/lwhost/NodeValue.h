@@ -3,6 +3,7 @@
 #include <lwnodes.h>
 
 #include <cstddef>
+#include <cstring>
 
 namespace lwhost {
 
@@ -23,12 +24,68 @@ namespace lwhost {
 //   material                  : only to and from material
 // Any other pairing cannot be connected.
 
+// These run for every evaluation on render threads, so the common cases stay inline.
+
 // Bytes of a value of `type`; 0 for NOT_FUNCTION and anything outside ConnectionType.
-std::size_t NodeValueSize(ConnectionType type);
+inline std::size_t NodeValueSize(ConnectionType type) {
+  switch (type) {
+    case NOT_COLOR:
+    case NOT_VECTOR: return 3 * sizeof(double);
+    case NOT_SCALAR: return sizeof(double);
+    case NOT_INTEGER: return sizeof(int);
+    case NOT_MATERIAL: return sizeof(LWNodalMaterial);
+    default: return 0;
+  }
+}
+
+inline bool IsTripleType(ConnectionType t) { return t == NOT_COLOR || t == NOT_VECTOR; }
+
 // Whether a value of type `from` can feed an input of type `to`.
-bool CanConvert(ConnectionType from, ConnectionType to);
-// Converts by the rules above; does nothing for a pairing CanConvert refuses. No allocation.
-void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept;
+inline bool CanConvert(ConnectionType from, ConnectionType to) {
+  if (from == to) return NodeValueSize(from) != 0;
+  if (from == NOT_MATERIAL || to == NOT_MATERIAL) return false;
+  return NodeValueSize(from) != 0 && NodeValueSize(to) != 0;
+}
+
+namespace detail {
+// Through a temporary: overlap-safe like memmove, yet a fixed-size copy the compiler inlines.
+template <std::size_t N>
+inline void CopyBytes(void* to, const void* from) noexcept {
+  unsigned char bytes[N];
+  std::memcpy(bytes, from, N);
+  std::memcpy(to, bytes, N);
+}
+}  // namespace detail
+
+// Copies a value of `type`; `to` and `from` may overlap.
+inline void CopyNodeValue(void* to, const void* from, ConnectionType type) noexcept {
+  switch (type) {
+    case NOT_COLOR:
+    case NOT_VECTOR: detail::CopyBytes<3 * sizeof(double)>(to, from); break;
+    case NOT_SCALAR: detail::CopyBytes<sizeof(double)>(to, from); break;
+    case NOT_INTEGER: detail::CopyBytes<sizeof(int)>(to, from); break;
+    case NOT_MATERIAL: detail::CopyBytes<sizeof(LWNodalMaterial)>(to, from); break;
+    default: break;
+  }
+}
+
+// The routes through a scalar, out of line: they are the rare case.
+void ConvertThroughScalar(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept;
+
+// Converts a pairing CanConvert accepted by the rules above. No allocation.
+inline void ConvertAcceptedNodeValue(const void* from, ConnectionType fromType, void* to,
+                                     ConnectionType toType) noexcept {
+  if (fromType == toType || (IsTripleType(fromType) && IsTripleType(toType)))
+    CopyNodeValue(to, from, toType);
+  else
+    ConvertThroughScalar(from, fromType, to, toType);
+}
+
+// The same for any pairing: one CanConvert refuses leaves `to` alone.
+inline void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
+  if (from && to && CanConvert(fromType, toType)) ConvertAcceptedNodeValue(from, fromType, to, toType);
+}
+
 // "colour", "scalar", ... for messages.
 const char* ConnectionTypeName(ConnectionType type);
 

@@ -26,6 +26,8 @@ class Raster {
   RGB background() const { return background_; }
 
   void set(int x, int y, RGB colour);
+  // Row y's pixels, width() of them, for renderers that fill whole rows; y must lie inside.
+  RGB* row(int y) { return pixels_.data() + static_cast<std::size_t>(y) * static_cast<std::size_t>(width_); }
   // Outside the image: the background colour.
   RGB get(int x, int y) const;
   void fillRect(int x, int y, int w, int h, RGB colour);

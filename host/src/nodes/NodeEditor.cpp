@@ -191,13 +191,9 @@ void NodeEditor::disconnect(NodeInput& input) {
 }
 
 bool NodeEditor::evaluate(Node& node, const char* output, LWNodalAccess& access, void* value,
-                          ConnectionType as) const noexcept {
+                          ConnectionType as) noexcept {
   NodeOutput* out = node.output(output);
-  return out && EvaluateOutput(*out, access, value, as);
-}
-
-bool NodeEditor::evaluate(NodeOutput& output, LWNodalAccess& access, void* value, ConnectionType as) const noexcept {
-  return EvaluateOutput(output, access, value, as);
+  return out && evaluate(*out, access, value, as);
 }
 
 void NodeEditor::raise(const std::vector<PendingEvent>& events) {

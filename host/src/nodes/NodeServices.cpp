@@ -13,7 +13,8 @@
 
 namespace lwhost {
 
-bool EvaluateOutput(NodeOutput& output, LWNodalAccess& access, void* target, ConnectionType requested) noexcept {
+bool NodeEditor::evaluate(NodeOutput& output, LWNodalAccess& access, void* target,
+                          ConnectionType requested) noexcept {
   const ConnectionType produced = output.type();
   if (!target || !CanConvert(produced, requested)) return false;
   ValueHandle handle;
@@ -23,7 +24,7 @@ bool EvaluateOutput(NodeOutput& output, LWNodalAccess& access, void* target, Con
   Node& node = output.node();
   node.countEvaluation();
   node.evaluate(access, output, &handle);
-  if (handle.written && !handle.direct()) ConvertNodeValue(handle.staging, produced, target, requested);
+  if (handle.written && !handle.direct()) ConvertAcceptedNodeValue(handle.staging, produced, target, requested);
   return true;
 }
 
@@ -51,7 +52,7 @@ int InEvaluate(NodeInputID inputID, LWNodalAccess* access, void* value) noexcept
   if (!input || !access || !value) return 0;
   NodeOutput* source = input->source();
   if (!source) return 0;
-  EvaluateOutput(*source, *access, value, input->type());
+  NodeEditor::evaluate(*source, *access, value, input->type());
   return 1;
 }
 
@@ -139,14 +140,6 @@ void OutDestroy(NodeID nodeID, NodeOutputID outputID) {
   });
 }
 
-void OutSetValue(NodeValue value, void* data) noexcept {
-  ValueHandle* handle = ValueHandle::FromValue(value);
-  if (!handle || !data) return;
-  void* destination = handle->direct() ? handle->target : handle->staging;
-  std::memmove(destination, data, NodeValueSize(handle->produced));
-  handle->written = true;
-}
-
 // The buffer the value travels in: the requester's when the types agree, else the staging
 // buffer in the output's type. A node may write through it, so it counts as written (the
 // staging buffer starts zeroed for that).
@@ -219,7 +212,7 @@ const LWNodeInputFuncs kInputFuncs = {InCreate,
 
 const LWNodeOutputFuncs kOutputFuncs = {OutCreate,
                                         OutDestroy,
-                                        OutSetValue,
+                                        SetNodeValue,
                                         OutGetValue,
                                         OutGetType,
                                         First<NodeOutput>,

@@ -8,9 +8,6 @@ namespace lwhost {
 
 namespace {
 
-bool IsTriple(ConnectionType t) { return t == NOT_COLOR || t == NOT_VECTOR; }
-bool IsNumber(ConnectionType t) { return IsTriple(t) || t == NOT_SCALAR || t == NOT_INTEGER; }
-
 // Every numeric type reduced to one double: the route for all scalar-like conversions.
 double AsScalar(const void* from, ConnectionType type) {
   if (type == NOT_INTEGER) {
@@ -32,33 +29,7 @@ int TruncateToInt(double v) {
 
 }  // namespace
 
-std::size_t NodeValueSize(ConnectionType type) {
-  switch (type) {
-    case NOT_COLOR:
-    case NOT_VECTOR:
-      return 3 * sizeof(double);
-    case NOT_SCALAR:
-      return sizeof(double);
-    case NOT_INTEGER:
-      return sizeof(int);
-    case NOT_MATERIAL:
-      return sizeof(LWNodalMaterial);
-    default:
-      return 0;
-  }
-}
-
-bool CanConvert(ConnectionType from, ConnectionType to) {
-  if (from == NOT_MATERIAL || to == NOT_MATERIAL) return from == to;
-  return IsNumber(from) && IsNumber(to);
-}
-
-void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
-  if (!from || !to || !CanConvert(fromType, toType)) return;
-  if (fromType == toType || (IsTriple(fromType) && IsTriple(toType))) {
-    std::memmove(to, from, NodeValueSize(toType));
-    return;
-  }
+void ConvertThroughScalar(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
   const double s = AsScalar(from, fromType);
   if (toType == NOT_INTEGER) {
     const int i = TruncateToInt(s);

@@ -1,21 +1,20 @@
 #include "SourceNodes.h"
 
-#include <cstring>
-
 #include "lwhost/NodeEditor.h"
 #include "lwhost/NodeValue.h"
+#include "ValueHandle.h"
 
 namespace lwhost {
 
 ConstantNode::ConstantNode(NodeEditor& editor, std::string name, const char* userName, ConnectionType type,
                            const char* outputName, const void* value)
     : Node(editor, std::move(name), userName) {
-  std::memcpy(value_, value, NodeValueSize(type));
+  CopyNodeValue(value_, value, type);
   addOutput(type, outputName);
 }
 
 void ConstantNode::evaluate(LWNodalAccess&, NodeOutput&, NodeValue value) noexcept {
-  NodeEditor::OutputFuncsTable()->setValue(value, value_);
+  SetNodeValue(value, value_);
 }
 
 SpotNode::SpotNode(NodeEditor& editor, std::string name, Field field)
@@ -24,7 +23,7 @@ SpotNode::SpotNode(NodeEditor& editor, std::string name, Field field)
 }
 
 void SpotNode::evaluate(LWNodalAccess& access, NodeOutput&, NodeValue value) noexcept {
-  NodeEditor::OutputFuncsTable()->setValue(value, field_ == Field::Position ? access.wPos : access.wNorm);
+  SetNodeValue(value, field_ == Field::Position ? access.wPos : access.wNorm);
 }
 
 }  // namespace lwhost

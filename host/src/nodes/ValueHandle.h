@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "lwhost/NodeConnector.h"
+#include "lwhost/NodeValue.h"
 
 namespace lwhost {
 
@@ -30,8 +31,12 @@ struct ValueHandle {
   bool direct() const { return requested == produced; }
 };
 
-// Asks the output's node for its value as `requested` into `target`; counts the evaluation.
-// Returns false (and leaves `target` alone) when the output's type does not convert.
-bool EvaluateOutput(NodeOutput& output, LWNodalAccess& access, void* target, ConnectionType requested) noexcept;
+// The output functions' setValue; inline because the host's own nodes call it for every sample.
+inline void SetNodeValue(NodeValue value, void* data) noexcept {
+  ValueHandle* handle = ValueHandle::FromValue(value);
+  if (!handle || !data) return;
+  CopyNodeValue(handle->direct() ? handle->target : handle->staging, data, handle->produced);
+  handle->written = true;
+}
 
 }  // namespace lwhost

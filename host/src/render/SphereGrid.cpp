@@ -15,7 +15,7 @@ const SphereGrid& SphereGrid::Instance() {
 
 SphereGrid::SphereGrid() {
   for (int r = 1; r < kRings; ++r) ringCos_[r - 1] = std::cos(r * kPi / kRings);
-  for (int s = 0; s <= kSegments / 2; ++s) {
+  for (int s = 0; s <= kSegments; ++s) {
     const double a = s * 2.0 * kPi / kSegments;  // from -Z towards -X
     segment_[s][0] = -std::sin(a);
     segment_[s][1] = -std::cos(a);
