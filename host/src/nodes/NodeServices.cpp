@@ -13,18 +13,28 @@
 
 namespace lwhost {
 
-bool NodeEditor::evaluate(NodeOutput& output, LWNodalAccess& access, void* target,
-                          ConnectionType requested) noexcept {
-  const ConnectionType produced = output.type();
-  if (!target || !CanConvert(produced, requested)) return false;
+namespace {
+
+// The evaluation proper, for a pairing of types already known to convert: a connection's
+// were checked when it was made, so the input path comes here directly.
+void EvaluateConvertible(NodeOutput& output, LWNodalAccess& access, void* target, ConnectionType requested) noexcept {
   ValueHandle handle;
   handle.requested = requested;
-  handle.produced = produced;
+  handle.produced = output.type();
   handle.target = target;
   Node& node = output.node();
   node.countEvaluation();
   node.evaluate(access, output, &handle);
-  if (handle.written && !handle.direct()) ConvertAcceptedNodeValue(handle.staging, produced, target, requested);
+  if (handle.written && !handle.direct())
+    ConvertAcceptedNodeValue(handle.staging, handle.produced, target, requested);
+}
+
+}  // namespace
+
+bool NodeEditor::evaluate(NodeOutput& output, LWNodalAccess& access, void* target,
+                          ConnectionType requested) noexcept {
+  if (!target || !CanConvert(output.type(), requested)) return false;
+  EvaluateConvertible(output, access, target, requested);
   return true;
 }
 
@@ -52,7 +62,7 @@ int InEvaluate(NodeInputID inputID, LWNodalAccess* access, void* value) noexcept
   if (!input || !access || !value) return 0;
   NodeOutput* source = input->source();
   if (!source) return 0;
-  NodeEditor::evaluate(*source, *access, value, input->type());
+  EvaluateConvertible(*source, *access, value, input->type());
   return 1;
 }
 
