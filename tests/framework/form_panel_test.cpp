@@ -1,8 +1,5 @@
-// The framework's form panels as the host sees them: activation, the logo, the web button,
-// callbacks without an instance.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
+// The framework's form panels as the host sees them: the logo, the web button, callbacks
+// without an instance.
 #ifndef _WIN32
 #include <sys/wait.h>
 #endif
@@ -12,60 +9,20 @@
 
 #include "FakeLauncher.h"
 #include "lwhost/FormRenderer.h"
-#include "lwhost/Session.h"
-#include "lwhost/XPanel.h"
-#include "support/ModulePaths.h"
+#include "support/VornNodeTest.h"
 
 namespace {
 
 constexpr unsigned int kWebButton = 0x9900, kLogo = 0x9901;
 
-class FormPanelTest : public ::testing::Test {
- protected:
-  lwhost::Session session;
-  const lwhost::ModuleFile& vorn = session.load(testpaths::kVorn);
-
-  lwhost::XPanel& openPanel(lwhost::PluginNode& node) {
-    lwhost::InterfaceActivation ia = node.activateInterface();
-    EXPECT_EQ(ia.result, AFUNC_OK);
-    EXPECT_EQ(ia.version, 4);  // anything older is refused
-    lwhost::XPanel* panel = session.xpanels().find(ia.local.panel);
-    EXPECT_NE(panel, nullptr);
-    return *panel;
-  }
-};
-
-TEST_F(FormPanelTest, InterfaceNeedsVersionFourAndHandsOutOnePanel) {
-  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
-  const ServerRecord& record = vorn.require(LWNODE_ICLASS, "vornTimeInfo");
-  LWInterface local{};
-  local.inst = node.instance().get();
-  for (int version : {1, 2, 3}) EXPECT_EQ(vorn.activate(record, version, &local), AFUNC_BADVERSION);
-  EXPECT_EQ(local.panel, nullptr);
-  EXPECT_EQ(vorn.activate(record, 4, nullptr), AFUNC_OK);  // no record: nothing to do
-  ASSERT_EQ(vorn.activate(record, 4, &local), AFUNC_OK);
-  LWXPanelID first = local.panel;
-  ASSERT_NE(first, nullptr);
-  local.panel = nullptr;
-  ASSERT_EQ(vorn.activate(record, 4, &local), AFUNC_OK);
-  EXPECT_EQ(local.panel, first);
-  EXPECT_EQ(session.xpanels().panels().size(), 1u);
-
-  lwhost::XPanel& panel = *session.xpanels().find(first);
-  ASSERT_EQ(panel.controls().size(), 2u);
-  EXPECT_EQ(panel.controls()[0].cid, kLogo);
-  EXPECT_EQ(panel.controls()[1].cid, kWebButton);
-  EXPECT_EQ(panel.controls()[1].label, "http://www.vorn.example/");
-  EXPECT_TRUE(panel.hasDividerAfter(kWebButton));
-  EXPECT_EQ(panel.thumbnailOptions(kLogo), 0x80000601u);
-}
+using FormPanelTest = VornNodeTest;
 
 TEST_F(FormPanelTest, LogoSitsAtTheCentringOffsetBothWays) {
-  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
-  lwhost::XPanel& panel = openPanel(node);
+  lwhost::XPanel& form = panel(add("vornTimeInfo"));
   const int width = 320;
-  lwhost::Raster exact = panel.drawControl(kLogo, width, 56);
+  lwhost::Raster exact = form.drawControl(kLogo, width, 56);
   const lwhost::RGB white{255, 255, 255};
+  EXPECT_EQ(form.thumbnailOptions(kLogo), 0x80000601u) << "full width, small, borderless";
 
   // At 56 pixels the logo starts at x = 0; stored row k lands on y = 56 - k, so the top line
   // stays white and the bottom line carries the first stored row.
@@ -79,7 +36,7 @@ TEST_F(FormPanelTest, LogoSitsAtTheCentringOffsetBothWays) {
   // Taller areas shift it right and down by the same truncated offset.
   for (int height : {57, 58, 80, 99}) {
     const int off = (height - 56) / 2;
-    lwhost::Raster taller = panel.drawControl(kLogo, width, height);
+    lwhost::Raster taller = form.drawControl(kLogo, width, height);
     for (int y = 1; y < 56; ++y)
       for (int x = 0; x < 104; ++x) ASSERT_EQ(taller.get(x + off, y + off), exact.get(x, y)) << height << " " << x << "," << y;
     for (int x = 0; x < off; ++x) EXPECT_EQ(taller.get(x, 20 + off), white) << height;
@@ -87,10 +44,9 @@ TEST_F(FormPanelTest, LogoSitsAtTheCentringOffsetBothWays) {
 }
 
 TEST_F(FormPanelTest, VersionAndDateAreRightAligned) {
-  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornTimeInfo");
-  lwhost::XPanel& panel = openPanel(node);
+  lwhost::XPanel& form = panel(add("vornTimeInfo"));
   const int width = 400, height = 56;
-  lwhost::Raster drawn = panel.drawControl(kLogo, width, height);
+  lwhost::Raster drawn = form.drawControl(kLogo, width, height);
 
 #if defined(__linux__) && defined(__x86_64__)
   const std::string version = "V1.4 (Linux-x86_64)";
@@ -110,34 +66,33 @@ TEST_F(FormPanelTest, VersionAndDateAreRightAligned) {
 }
 
 TEST_F(FormPanelTest, CallbacksWithoutAnInstanceDoNothing) {
-  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "MaterialBlender");
-  lwhost::XPanel& panel = openPanel(node);
+  lwhost::PluginNode& node = add("MaterialBlender");
+  lwhost::XPanel& form = panel(node);
   const unsigned int diffuseMode = 0x9001;
-  ASSERT_FALSE(panel.value(diffuseMode).isNull());
-  void* instance = panel.instance();
-  panel.setInstance(nullptr);
-  EXPECT_TRUE(panel.value(diffuseMode).isNull());
-  panel.setInteger(diffuseMode, 3);
-  EXPECT_EQ(panel.lastSetResult(), 0);
-  panel.setInstance(instance);
-  EXPECT_EQ(panel.value(diffuseMode).integer[0], 0);  // the node never saw the edit
+  ASSERT_FALSE(form.value(diffuseMode).isNull());
+  void* instance = form.instance();
+  form.setInstance(nullptr);
+  EXPECT_TRUE(form.value(diffuseMode).isNull());
+  form.setInteger(diffuseMode, 3);
+  EXPECT_EQ(form.lastSetResult(), 0);
+  form.setInstance(instance);
+  EXPECT_EQ(form.value(diffuseMode).integer[0], 0);  // the node never saw the edit
 
   // Dragging only updates the node's preview; a committed value re-evaluates the node instead.
   session.host().clearInstanceUpdates();
-  ASSERT_TRUE(panel.notify(diffuseMode, lwhost::XPanel::kTrack));
+  ASSERT_TRUE(form.notify(diffuseMode, lwhost::XPanel::kTrack));
   EXPECT_EQ(node.previewUpdates(), 1);
   EXPECT_TRUE(session.host().instanceUpdates().empty());
-  ASSERT_TRUE(panel.setInteger(diffuseMode, 3));
+  ASSERT_TRUE(form.setInteger(diffuseMode, 3));
   EXPECT_EQ(node.previewUpdates(), 1);
   EXPECT_EQ(session.host().instanceUpdates().size(), 1u);
 }
 
 TEST_F(FormPanelTest, WebButtonOpensTheMakersPageWithoutWaiting) {
-  lwhost::PluginNode& node = session.nodes().addPluginNode(vorn, "vornExSpotInfo");
-  lwhost::XPanel& panel = openPanel(node);
+  lwhost::XPanel& form = panel(add("vornExSpotInfo"));
   FakeLauncher launcher;
   launcher.install();
-  EXPECT_TRUE(panel.click(kWebButton));
+  EXPECT_TRUE(form.click(kWebButton));
   launcher.go();  // only now may the launcher answer: the click must already have returned
   EXPECT_EQ(launcher.answer(), "ok http://www.vorn.example/|1\n");
 #ifndef _WIN32
@@ -148,7 +103,7 @@ TEST_F(FormPanelTest, WebButtonOpensTheMakersPageWithoutWaiting) {
 
   // Without any launcher the click is silent.
   launcher.installNothing();
-  EXPECT_TRUE(panel.click(kWebButton));
+  EXPECT_TRUE(form.click(kWebButton));
   EXPECT_TRUE(session.host().messages().messages().empty());
 }
 
