@@ -1,21 +1,12 @@
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <lwnodes.h>
 
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 
-#include "lwhost/Animation.h"
-#include "lwhost/Envelope.h"
-#include "lwhost/NodalAccess.h"
-#include "lwhost/PluginNode.h"
-#include "lwhost/Session.h"
-#include "lwhost/XPanel.h"
 #include "support/VornNodeTest.h"
 
 namespace colourtest {

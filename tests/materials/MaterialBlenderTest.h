@@ -1,19 +1,12 @@
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <lwnodes.h>
 
 #include <array>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "lwhost/Blend.h"
-#include "lwhost/NodalAccess.h"
-#include "lwhost/NodeEditor.h"
-#include "lwhost/PluginNode.h"
-#include "lwhost/Session.h"
 #include "support/VornNodeTest.h"
 
 namespace materials {
@@ -68,15 +61,13 @@ struct BlendSpy {
 class MaterialBlenderTest : public VornNodeTest {
  protected:
   lwhost::PluginNode& addBlender() { return add("MaterialBlender"); }
-  // Made on the first interface activation, then the same one.
-  lwhost::XPanel& panelOf(lwhost::PluginNode& node) { return panel(node); }
   // As the user does it: edit the control; the next render pass samples the opacity.
   void setOpacity(lwhost::PluginNode& node, int k, double opacity) {
-    ASSERT_TRUE(panelOf(node).setNumber(OpacityId(k), opacity)) << kChannel[k];
+    ASSERT_TRUE(panel(node).setNumber(OpacityId(k), opacity)) << kChannel[k];
     EXPECT_EQ(node.newTime(0, 0.0), "");
   }
   void setMode(lwhost::PluginNode& node, int k, int mode) {
-    ASSERT_TRUE(panelOf(node).setInteger(ModeId(k), mode)) << kChannel[k];
+    ASSERT_TRUE(panel(node).setInteger(ModeId(k), mode)) << kChannel[k];
   }
 
   lwhost::Node& feed(lwhost::PluginNode& node, const char* input, const LWNodalMaterial& m) {

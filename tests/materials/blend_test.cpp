@@ -32,18 +32,12 @@ TEST_F(MaterialBlenderTest, ANewNodePassesTheBackgroundAndNeverAsksTheForeground
   lwhost::PluginNode& node = addBlender();
   EXPECT_EQ(node.flags(), static_cast<unsigned int>(NF_TRANSP));
   EXPECT_EQ(node.color(), (std::array<int, 3>{11, 8, 51}));
-  std::vector<std::string> connectors;
-  for (const auto& i : node.inputs()) connectors.push_back("in " + i->name() + ":" + std::to_string(i->type()));
-  for (const auto& o : node.outputs()) connectors.push_back("out " + o->name() + ":" + std::to_string(o->type()));
-  EXPECT_THAT(connectors,
-              ElementsAre("in Bg Material:6", "in Bg Diffuse:1", "in Bg Specular:1", "in Bg Reflection:1",
-                          "in Bg Refraction:1", "in Bg Transparency:2", "in Fg Material:6", "in Fg Diffuse:1",
-                          "in Fg Specular:1", "in Fg Reflection:1", "in Fg Refraction:1", "in Fg Transparency:2",
-                          "in Diffuse Opacity:2", "in Diffuse Mode:4", "in Specular Opacity:2", "in Specular Mode:4",
-                          "in Reflection Opacity:2", "in Reflection Mode:4", "in Refraction Opacity:2",
-                          "in Refraction Mode:4", "in Transparency Opacity:2", "in Transparency Mode:4",
-                          "out Material:6", "out Diffuse:1", "out Specular:1", "out Reflection:1",
-                          "out Refraction:1", "out Transparency:2"));
+  EXPECT_EQ(Connectors(node),
+            "Bg Material/6 Bg Diffuse/1 Bg Specular/1 Bg Reflection/1 Bg Refraction/1 Bg Transparency/2 "
+            "Fg Material/6 Fg Diffuse/1 Fg Specular/1 Fg Reflection/1 Fg Refraction/1 Fg Transparency/2 "
+            "Diffuse Opacity/2 Diffuse Mode/4 Specular Opacity/2 Specular Mode/4 Reflection Opacity/2 Reflection Mode/4 "
+            "Refraction Opacity/2 Refraction Mode/4 Transparency Opacity/2 Transparency Mode/4 "
+            "> Material/6 Diffuse/1 Specular/1 Reflection/1 Refraction/1 Transparency/2");
 
   // Before any render pass has sampled the opacities, every channel is the background's.
   feed(node, "Bg Material", kBg);
@@ -220,20 +214,20 @@ TEST_F(MaterialBlenderTest, ModesOutsideTheHostsRangeAreClampedAtBlendTime) {
   EXPECT_EQ(colour(node, "Diffuse"), (Colour{bg[0], fg[1], bg[2]}));
   setMode(node, 0, 20);
   EXPECT_EQ(colour(node, "Diffuse"), blue);
-  EXPECT_EQ(panelOf(node).value(ModeId(0)).integer[0], 20);
+  EXPECT_EQ(panel(node).value(ModeId(0)).integer[0], 20);
 }
 
 // Modes picked from the form's pop-ups, each channel its own mode and opacity.
 TEST_F(MaterialBlenderTest, EachOutputBlendsItsOwnChannelOnly) {
   lwhost::PluginNode& node = addBlender();
-  lwhost::XPanel& panel = panelOf(node);
+  lwhost::XPanel& form = panel(node);
   feed(node, "Bg Material", kBg);
   feed(node, "Fg Material", kFg);
   const int modes[kChannels] = {Blend_Additive, Blend_Multiply, Blend_Green, Blend_ColorBurn, Blend_Subtractive};
   const double opacities[kChannels] = {0.5, 0.25, 0.75, 0.4, 0.6};
   for (int k = 0; k < kChannels; ++k) {
-    ASSERT_TRUE(panel.choose(ModeId(k), modes[k]));
-    EXPECT_EQ(panel.lastSetResult(), 1) << "a stored mode asks for a refresh";
+    ASSERT_TRUE(form.choose(ModeId(k), modes[k]));
+    EXPECT_EQ(form.lastSetResult(), 1) << "a stored mode asks for a refresh";
     // Setting the opacity after must not take the parameter's handle for a mode.
     setOpacity(node, k, opacities[k]);
   }
@@ -246,7 +240,6 @@ TEST_F(MaterialBlenderTest, EachOutputBlendsItsOwnChannelOnly) {
     EXPECT_EQ(ChannelOf(whole, k), expected);
   }
   EXPECT_EQ(whole.transparency, BlendedScalar(kBg.transparency, kFg.transparency, 0.6, Blend_Subtractive));
-
 }
 
 }  // namespace

@@ -9,15 +9,15 @@ namespace {
 
 TEST_F(MaterialBlenderTest, TheFormListsModeThenOpacityPerChannel) {
   lwhost::PluginNode& node = addBlender();
-  lwhost::XPanel& panel = panelOf(node);
-  EXPECT_EQ(&panelOf(node), &panel) << "one panel for the node's life";
+  lwhost::XPanel& form = panel(node);
+  EXPECT_EQ(&panel(node), &form) << "one panel for the node's life";
   const auto line = [](unsigned int cid, const std::string& rest) {
     char id[8];
     std::snprintf(id, sizeof id, "%04X ", cid);
     return id + rest;
   };
   std::vector<std::string> controls, expected{"9901 dThumbnail  ", "9900 vButton  http://www.vorn.example/"};
-  for (const lwhost::XPControl& c : panel.controls())
+  for (const lwhost::XPControl& c : form.controls())
     controls.push_back(line(c.cid, c.controlClass + " " + c.dataType + " " + c.label));
   for (int k = 0; k < kChannels; ++k) {
     expected.push_back(line(ModeId(k), "iPopChoice integer " + std::string(kChannel[k]) + " Mode"));
@@ -26,19 +26,19 @@ TEST_F(MaterialBlenderTest, TheFormListsModeThenOpacityPerChannel) {
   EXPECT_EQ(controls, expected);
   // The host's blending modes in the host's order.
   for (int k = 0; k < kChannels; ++k)
-    EXPECT_THAT(panel.popupEntries(ModeId(k)),
+    EXPECT_THAT(form.popupEntries(ModeId(k)),
                 ElementsAre("Normal", "Additive", "Subtractive", "Multiply", "Screen", "Darken", "Lighten",
                             "Difference", "Negative", "Colour Dodge", "Colour Burn", "Red", "Green", "Blue"))
         << kChannel[k];
-  EXPECT_TRUE(panel.hasDividerAfter(0x9900)) << "the module's common heading";
-  EXPECT_TRUE(panel.problems().empty()) << panel.problems().front();
+  EXPECT_TRUE(form.hasDividerAfter(0x9900)) << "the module's common heading";
+  EXPECT_TRUE(form.problems().empty()) << form.problems().front();
 }
 
 // A connection hides its input's control and asks the host to evaluate the node again, as does
 // an edit in the form; a plain disconnection asks nothing, losing the upstream node does.
 TEST_F(MaterialBlenderTest, ConnectionsHideTheirControlsAndAskForUpdates) {
   lwhost::PluginNode& node = addBlender();
-  lwhost::XPanel& panel = panelOf(node);
+  lwhost::XPanel& form = panel(node);
   lwhost::Host& host = session.host();
   const std::pair<std::string, void*> update{"NodeHandler", node.instance().get()};
   host.clearInstanceUpdates();
@@ -53,18 +53,18 @@ TEST_F(MaterialBlenderTest, ConnectionsHideTheirControlsAndAskForUpdates) {
   // The connections refreshed the open form: what it shows has gone already, and only there.
   for (int k = 0; k < kChannels; ++k) {
     SCOPED_TRACE(kChannel[k]);
-    EXPECT_EQ(panel.shownValue(ModeId(k)).isNull(), k == 0);
-    EXPECT_EQ(panel.shownValue(OpacityId(k)).isNull(), k == 3);
+    EXPECT_EQ(form.shownValue(ModeId(k)).isNull(), k == 0);
+    EXPECT_EQ(form.shownValue(OpacityId(k)).isNull(), k == 3);
   }
   // The stored mode was hidden, not touched.
   host.clearInstanceUpdates();
   editor.disconnect(node, "Diffuse Mode");
   EXPECT_TRUE(host.instanceUpdates().empty());
-  EXPECT_EQ(panel.shownValue(ModeId(0)).integer[0], Blend_Darken);
+  EXPECT_EQ(form.shownValue(ModeId(0)).integer[0], Blend_Darken);
   editor.removeNode(opacity);
   EXPECT_THAT(host.instanceUpdates(), ElementsAre(update));
   EXPECT_FALSE(node.input("Refraction Opacity")->connected());
-  EXPECT_FALSE(panel.shownValue(OpacityId(3)).isNull());
+  EXPECT_FALSE(form.shownValue(OpacityId(3)).isNull());
 }
 
 TEST_F(MaterialBlenderTest, HostsBefore92AreRefusedBeforeAnythingIsBuilt) {

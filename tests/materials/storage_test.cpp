@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "lwhost/Animation.h"
-#include "lwhost/ChannelGroup.h"
-#include "lwhost/VParm.h"
 #include "materials/MaterialBlenderTest.h"
 #include "support/SavedBlocks.h"
 
@@ -29,7 +26,7 @@ class MaterialStorage : public MaterialBlenderTest {
       setMode(node, k, kModes[k]);
       setOpacity(node, k, kOpacities[k]);
     }
-    lwhost::VParm* diffuse = session.animation().parameter(panelOf(node).value(OpacityId(0)).vparm);
+    lwhost::VParm* diffuse = session.animation().parameter(panel(node).value(OpacityId(0)).vparm);
     if (!diffuse) throw std::runtime_error("no diffuse opacity parameter");
     diffuse->addKey(0, 0.0, 0.0);
     diffuse->addKey(0, 1.0, 1.0);
