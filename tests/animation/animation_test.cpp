@@ -164,7 +164,7 @@ int Record(void* events, LWEnvelopeID, LWEnvEvent event, void* eventData) {
   return 0;
 }
 
-TEST_F(EnvelopeTest, KeysAndEventsThroughTheServiceTable) {
+TEST_F(EnvelopeTest, KeysEventsAndDeadHandlesThroughTheServiceTable) {
   LWEnvelopeID env = envf->create(nullptr, "Keys", LWET_DISTANCE);
   Events log, other;
   EXPECT_EQ(envf->setEnvEvent(env, &Record, &log), 1);
@@ -202,15 +202,42 @@ TEST_F(EnvelopeTest, KeysAndEventsThroughTheServiceTable) {
   EXPECT_EQ(shape, kShapeStepped);
   EXPECT_DOUBLE_EQ(envf->evaluate(env, 2.5), 6.0);  // the stepped span holds the late key's new value
 
-  // The other listener leaves; only ours hears the rest.
+  // The other listener leaves; only ours hears the rest. Null value pointers, a stale key and a
+  // key of another envelope are refused.
   EXPECT_EQ(envf->setEnvEvent(env, nullptr, &other), 0);
   envf->destroyKey(env, late);
-  EXPECT_EQ(envf->keyGet(env, late, LWKEY_VALUE, &t), 0);  // stale key handle
+  EXPECT_EQ(envf->keyGet(env, late, LWKEY_VALUE, &t), 0);
+  EXPECT_EQ(envf->keySet(env, early, LWKEY_VALUE, nullptr), 0);
+  EXPECT_EQ(envf->keyGet(env, early, LWKEY_VALUE, nullptr), 0);
+  EXPECT_EQ(envf->egGet(env, nullptr, LWENVTAG_KEYCOUNT, nullptr), 0);
+  EXPECT_EQ(envf->keySet(makeEnvelope({{0, 2}}), early, LWKEY_VALUE, &t), 0);
   envf->destroy(env);
   EXPECT_EQ(log, (Events{{LWEEVNT_KEY_INSERT, late}, {LWEEVNT_KEY_INSERT, early}, {LWEEVNT_KEY_VALUE, late},
                           {LWEEVNT_KEY_TIME, early}, {LWEEVNT_KEY_VALUE, early}, {LWEEVNT_KEY_DELETE, late},
                           {LWEEVNT_DESTROY, nullptr}}));
   EXPECT_EQ(other.size(), 5u);
+
+  // Null and destroyed envelopes fail quietly everywhere; per sample, only null is checked.
+  for (LWEnvelopeID dead : {static_cast<LWEnvelopeID>(nullptr), env}) {
+    envf->destroy(dead);
+    EXPECT_NE(envf->copy(dead, dead), nullptr);
+    EXPECT_NE(envf->load(dead, nullptr), nullptr);
+    EXPECT_NE(envf->save(dead, nullptr), nullptr);
+    EXPECT_EQ(envf->envAge(dead), 0);
+    EXPECT_EQ(envf->createKey(dead, 0, 1), nullptr);
+    envf->destroyKey(dead, late);
+    EXPECT_EQ(envf->findKey(dead, 0), nullptr);
+    EXPECT_EQ(envf->nextKey(dead, nullptr), nullptr);
+    EXPECT_EQ(envf->prevKey(dead, nullptr), nullptr);
+    EXPECT_EQ(envf->keySet(dead, late, LWKEY_VALUE, &t), 0);
+    EXPECT_EQ(envf->keyGet(dead, late, LWKEY_VALUE, &t), 0);
+    EXPECT_EQ(envf->setEnvEvent(dead, &Record, &other), 0);
+    EXPECT_EQ(envf->egSet(dead, nullptr, LWENVTAG_VISIBLE, &code), 0);
+    EXPECT_EQ(envf->egGet(dead, nullptr, LWENVTAG_VISIBLE, &code), 0);
+  }
+  EXPECT_EQ(envf->evaluate(nullptr, 0), 0.0);
+  EXPECT_EQ(log.size(), 7u);
+  EXPECT_FALSE(animation.problems().empty());
 }
 
 TEST_F(EnvelopeTest, ChannelTreeFindsGroupsAndDetachesOnGroupDestroy) {
@@ -340,7 +367,7 @@ TEST_F(VParmTest, ScalarsAndVectorsNameAndTypeTheirChannels) {
   EXPECT_EQ(vpf->create(0x70, LWVPDT_NOTXTR), nullptr);  // none of LWVP_*
 }
 
-TEST_F(VParmTest, CopyIsDeep) {
+TEST_F(VParmTest, CopyIsDeepAndDestroyedParametersAreRefused) {
   LWVParmID from = makeParameter(LWVP_COLOR, "From", nullptr, LWVPDT_COLOR);
   LWVParmID to = makeParameter(LWVP_COLOR, "To", nullptr, LWVPDT_COLOR);
   double rgb[3] = {1, 2, 3};
@@ -366,6 +393,30 @@ TEST_F(VParmTest, CopyIsDeep) {
   EXPECT_EQ(sample(to, 1.0), (Rgb{0, 0, 0}));
   vpf->destroy(from);
   EXPECT_EQ(animation.findChannel("From.G"), nullptr);
+
+  // Null and destroyed parameters fail quietly (nothing is made after the destroy, so that its
+  // memory cannot come back as a parameter); per sample, only null is checked.
+  for (LWVParmID dead : {static_cast<LWVParmID>(nullptr), from}) {
+    vpf->destroy(dead);
+    vpf->setup(dead, "X", nullptr, nullptr, nullptr, "VornTest", nullptr);
+    EXPECT_NE(vpf->copy(dead, dead), nullptr);
+    EXPECT_NE(vpf->load(dead, nullptr), nullptr);
+    EXPECT_NE(vpf->save(dead, nullptr), nullptr);
+    EXPECT_EQ(vpf->setVal(dead, rgb), 0);
+    vpf->setState(dead, LWVPSF_ENV);
+  }
+  EXPECT_EQ(sample(nullptr, 0), (Rgb{0, 0, 0}));
+  EXPECT_EQ(vpf->getState(nullptr), 0);
+  vpf->getEnv(nullptr, src);
+  EXPECT_EQ(src[2], nullptr);
+  vpf->getEnv(nullptr, nullptr);
+  // Null value pointers and a destroyed source are refused for a live one too.
+  EXPECT_EQ(vpf->setVal(to, nullptr), 0);
+  EXPECT_EQ(vpf->getVal(to, 0, nullptr, nullptr), 0.0);
+  EXPECT_NE(vpf->load(to, nullptr), nullptr);
+  EXPECT_NE(vpf->copy(to, from), nullptr);
+  EXPECT_EQ(animation.parameterCount(), 2u);
+  EXPECT_FALSE(animation.problems().empty());
 }
 
 TEST_F(VParmTest, SaveLoadSaveGivesTheSameBytesInBothModes) {
@@ -418,73 +469,6 @@ TEST_F(VParmTest, ParameterBlocksInAnyOrderReplaceWhatWasThere) {
   loadParameter(bare, IOMode::Ascii, "{ Gain\n  State 1\n  Value 1 2 3\n}\n");
   EXPECT_EQ(sample(bare, 3), (Rgb{1, 2, 3}));
   EXPECT_EQ(animation.problems().size(), 1u);  // and only that one
-}
-
-TEST_F(EnvelopeTest, NullAndStaleHandlesFailQuietly) {
-  LWEnvelopeID dead = envf->create(nullptr, "Dead", LWET_FLOAT);
-  LWEnvKeyframeID deadKey = envf->createKey(dead, 0, 1);
-  envf->destroy(dead);
-  double d = 1;
-  int i = 1;
-  for (LWEnvelopeID env : {static_cast<LWEnvelopeID>(nullptr), dead}) {
-    envf->destroy(env);
-    EXPECT_NE(envf->copy(env, env), nullptr);
-    EXPECT_NE(envf->load(env, nullptr), nullptr);
-    EXPECT_NE(envf->save(env, nullptr), nullptr);
-    EXPECT_EQ(envf->envAge(env), 0);
-    EXPECT_EQ(envf->createKey(env, 0, 1), nullptr);
-    envf->destroyKey(env, deadKey);
-    EXPECT_EQ(envf->findKey(env, 0), nullptr);
-    EXPECT_EQ(envf->nextKey(env, nullptr), nullptr);
-    EXPECT_EQ(envf->prevKey(env, nullptr), nullptr);
-    EXPECT_EQ(envf->keySet(env, deadKey, LWKEY_VALUE, &d), 0);
-    EXPECT_EQ(envf->keyGet(env, deadKey, LWKEY_VALUE, &d), 0);
-    EXPECT_EQ(envf->setEnvEvent(env, &Record, &d), 0);
-    EXPECT_EQ(envf->egSet(env, nullptr, LWENVTAG_VISIBLE, &i), 0);
-    EXPECT_EQ(envf->egGet(env, nullptr, LWENVTAG_VISIBLE, &i), 0);
-  }
-  EXPECT_EQ(envf->evaluate(nullptr, 0), 0.0);  // per sample, only null is checked
-
-  // Null value pointers and keys of another envelope are refused too.
-  LWEnvelopeID live = makeEnvelope({{0, 1}});
-  LWEnvelopeID other = makeEnvelope({{0, 2}});
-  LWEnvKeyframeID key = envf->findKey(live, 0);
-  EXPECT_EQ(envf->keySet(live, key, LWKEY_VALUE, nullptr), 0);
-  EXPECT_EQ(envf->keyGet(live, key, LWKEY_VALUE, nullptr), 0);
-  EXPECT_EQ(envf->egGet(live, nullptr, LWENVTAG_KEYCOUNT, nullptr), 0);
-  EXPECT_EQ(envf->keySet(other, key, LWKEY_VALUE, &d), 0);
-  EXPECT_FALSE(animation.problems().empty());
-}
-
-TEST_F(VParmTest, NullAndStaleHandlesFailQuietly) {
-  // Made first, so that the dead parameter's memory cannot come back as this one.
-  LWVParmID live = makeParameter(LWVP_FLOAT, "Live");
-  LWVParmID dead = makeParameter(LWVP_FLOAT, "Dead");
-  vpf->destroy(dead);
-  double v[3] = {1, 2, 3};
-  for (LWVParmID p : {static_cast<LWVParmID>(nullptr), dead}) {
-    vpf->destroy(p);
-    vpf->setup(p, "X", nullptr, nullptr, nullptr, "VornTest", nullptr);
-    EXPECT_NE(vpf->copy(p, p), nullptr);
-    EXPECT_NE(vpf->load(p, nullptr), nullptr);
-    EXPECT_NE(vpf->save(p, nullptr), nullptr);
-    EXPECT_EQ(vpf->setVal(p, v), 0);
-    vpf->setState(p, LWVPSF_ENV);
-  }
-  // The per-sample queries only check for null.
-  EXPECT_EQ(sample(nullptr, 0), (Rgb{0, 0, 0}));
-  EXPECT_EQ(vpf->getState(nullptr), 0);
-  LWEnvelopeID envs[3] = {v, v, v};
-  vpf->getEnv(nullptr, envs);
-  EXPECT_EQ(envs[2], nullptr);
-  vpf->getEnv(nullptr, nullptr);
-
-  EXPECT_EQ(vpf->setVal(live, nullptr), 0);
-  EXPECT_EQ(vpf->getVal(live, 0, nullptr, nullptr), 0.0);
-  EXPECT_NE(vpf->load(live, nullptr), nullptr);
-  EXPECT_NE(vpf->copy(live, dead), nullptr);
-  EXPECT_EQ(animation.parameterCount(), 1u);
-  EXPECT_FALSE(animation.problems().empty());
 }
 
 }  // namespace

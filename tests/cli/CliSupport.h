@@ -15,12 +15,6 @@
 
 namespace cli {
 
-inline std::string ShellQuoted(const std::string& word) {
-  std::string quoted = "'";
-  for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return quoted + "'";
-}
-
 // Runs lwhost with these words (each one argument), stdout and stderr together; `environment`
 // holds "NAME=value" entries, e.g. "VORN_MODULE=/x/vorn.p".
 inline CommandResult Lwhost(std::vector<std::string> args, const std::vector<std::string>& environment = {}) {

@@ -246,12 +246,6 @@ LWPanelFuncs* Services() {
 
 char* Text(const char* text) { return const_cast<char*>(text); }
 
-LWControl* AddButton(LWPanelFuncs* pf, LWPanelID pan, const char* label) {
-  ControlDesc desc{};
-  desc.type = LWT_INTEGER;
-  return pf->addControl(pan, Text("ButtonControl"), &desc, Text(label));
-}
-
 TEST(PanelServices, WhatPluginsHandInIsCheckedNotTrusted) {
   Host host;
   LWPanelID (*create)(char*, void*) = nullptr;
@@ -261,12 +255,16 @@ TEST(PanelServices, WhatPluginsHandInIsCheckedNotTrusted) {
     create = pf->create;
     EXPECT_EQ(pf->globalFun, Host::lookupFunction());
 
-    LWPanelID pan = pf->create(Text("Lifecycle"), nullptr);
+    // The lwpanel.h macros, as plug-ins use them, work on a description record and values of
+    // these names.
+    ControlDesc desc{};
+    LWValue ival = {LWT_INTEGER}, sval = {LWT_STRING};
+    LWPanelID pan = PAN_CREATE(pf, Text("Lifecycle"));
     void* pointer = nullptr;
     pf->get(pan, PAN_PANFUN, &pointer);
     EXPECT_EQ(pointer, pf) << "create was given no table: the host's own";
-    LWControl* a = AddButton(pf, pan, "A");
-    LWControl* b = AddButton(pf, pan, "B");
+    LWControl* a = BUTTON_CTL(pf, pan, Text("A"));
+    LWControl* b = BUTTON_CTL(pf, pan, Text("B"));
     EXPECT_EQ(pf->nextControl(pan, nullptr), a);
     EXPECT_EQ(pf->nextControl(pan, a), b);
     EXPECT_EQ(pf->nextControl(pan, b), nullptr);
@@ -287,20 +285,18 @@ TEST(PanelServices, WhatPluginsHandInIsCheckedNotTrusted) {
     int sentinel = 12345;
     pf->get(pan, PAN_W, &sentinel);
     EXPECT_EQ(sentinel, 12345);
-    LWValue value = {LWT_INTEGER};
-    value.intv.value = 99;
-    controlGet(a, CTL_X, &value);  // `a` is freed: only its address may be used
+    ival.intv.value = 99;
+    controlGet(a, CTL_X, &ival);  // `a` is freed: only its address may be used
     int local = 0;
     EXPECT_EQ(pf->open(&local, PANF_BLOCKING), 0);
-    EXPECT_EQ(AddButton(pf, &local, "C"), nullptr);
+    EXPECT_EQ(BUTTON_CTL(pf, &local, Text("C")), nullptr);
     EXPECT_EQ(pf->handle(&local, 0), -1);
-    controlGet(&local, CTL_VALUE, &value);
-    EXPECT_EQ(value.intv.value, 99);
+    controlGet(&local, CTL_VALUE, &ival);
+    EXPECT_EQ(ival.intv.value, 99);
     EXPECT_EQ(panels.problems().size(), 6u) << "each refusal noted";
 
     // A class the host does not simulate is kept as a plain box, noted.
-    LWPanelID odd = pf->create(Text("Odd controls"), nullptr);
-    ControlDesc desc{};
+    LWPanelID odd = PAN_CREATE(pf, Text("Odd controls"));
     desc.type = LWT_STRING;
     LWControl* edit = pf->addControl(odd, Text("EditControl"), &desc, Text("Name"));
     ASSERT_NE(edit, nullptr);
@@ -308,18 +304,14 @@ TEST(PanelServices, WhatPluginsHandInIsCheckedNotTrusted) {
     EXPECT_TRUE(Mentions(panels.problems(), "\"EditControl\" is not simulated"));
 
     // Whatever is stored comes back by the value's type.
-    LWValue number = {LWT_INTEGER}, str = {LWT_STRING};
-    number.intv.value = 42;
     char text[] = "Bob";
-    str.str.buf = text;
-    str.str.bufLen = sizeof text;
-    edit->set(edit, CTL_VALUE, &number);
-    edit->set(edit, CTL_VALUE, &str);
-    number.intv.value = 0;
+    int number = 0;
+    SET_INT(edit, 42);
+    SET_STR(edit, text, sizeof text);
     text[0] = '\0';
-    edit->get(edit, CTL_VALUE, &number);
-    edit->get(edit, CTL_VALUE, &str);
-    EXPECT_EQ(number.intv.value, 42);
+    GET_INT(edit, number);
+    GET_STR(edit, text, sizeof text);
+    EXPECT_EQ(number, 42);
     EXPECT_STREQ(text, "Bob");
 
     // No class name, no description record, a list box opened without its user data.

@@ -1,12 +1,7 @@
-/* A node written the plain SDK way, as a third party would: it walks the scene's lights with
- * item info and light info and asks the host to illuminate the spot from each. Outputs:
- *   Lambert  the sum over lights of the arriving colour times max(0, N . L)
- *   Ray      red bounces / 4, green 1 when the ray source is an object, blue 1 when it is the
- *            object named "floor"
- *   Trace    what rayTrace sees along the mirror direction of the camera ray
- *   Thread   (thread index + 1) / (threads reported at init + 1); 1 when the index is out of range
- * Frame 13 fails.
- */
+/* A plain-SDK node that walks the scene's lights, as a third party would write it. Outputs:
+ * Lambert, the light from each light times max(0, N . L), summed; Ray, (bounces / 4, source is
+ * an object, source is "floor") as RGB; Trace, what rayTrace sees along the mirror direction;
+ * Thread, (index + 1) / (threads at init + 1), or 1 out of range. Frame 13 fails. */
 #include <lwhost.h>
 #include <lwmodule.h>
 #include <lwnodes.h>
@@ -40,7 +35,6 @@ static LWError Init(LWInstance inst, int mode) {
   ((Probe *)inst)->threads = scene->numThreads;
   return NULL;
 }
-/* Frame 13 fails, so that a render can be seen to stop on a failing frame. */
 static LWError NewTime(LWInstance inst, LWFrame frame, LWTime time) {
   (void)inst, (void)time;
   return frame == 13 ? "unlucky frame" : NULL;
