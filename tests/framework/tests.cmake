@@ -1,4 +1,7 @@
-vorn_add_test_suite(framework_tests ${CMAKE_CURRENT_LIST_DIR}/framework_test.cpp)
+vorn_add_test_suite(framework_tests
+  ${CMAKE_CURRENT_LIST_DIR}/form_panel_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/item_selection_test.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/classic_panel_test.cpp)
 # The web button's stand-in browser, one per system.
 if(WIN32)
   add_executable(fake_browser ${CMAKE_CURRENT_LIST_DIR}/windows/FakeBrowser.cpp)
