@@ -142,7 +142,7 @@ function(vorn_add_layout_check target tsv)
   if(NOT arg_HEADERS)
     set(arg_HEADERS
       lwtypes.h lwserver.h lwmodule.h lwio.h lwxpanel.h lwenvel.h lwmeshes.h lwhandler.h
-      lwrender.h lwnodes.h lwdyna.h lwmaster.h lwtxtr.h lwvparm.h lwpanel.h lwhost.h)
+      lwrender.h lwnodes.h lwdyna.h lwmaster.h lwtxtr.h lwvparm.h lwpanel.h lwhost.h lwshader.h)
   endif()
   list(JOIN arg_HEADERS "," headers)
 

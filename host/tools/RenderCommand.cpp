@@ -161,6 +161,7 @@ class ProgressLine {
 
 int RenderNetwork(const RenderRequest& r, const Network& network) {
   if (r.first != r.last) throw UsageError("--frames renders scenes; a network renders one frame (--frame N)");
+  if (r.threads > 0) throw UsageError("--threads renders scenes; a network renders on one thread");
   CheckPattern(r.output, false);
   const std::string path = FrameName(r.output, r.options.frame);
   auto file = std::make_unique<PngFile>(path, r.options.width, r.options.height);

@@ -1,12 +1,13 @@
 /* A plain-SDK node that walks the scene's lights, as a third party would write it. Outputs:
  * Lambert, the light from each light times max(0, N . L), summed; Ray, (bounces / 4, source is
  * an object, source is "floor") as RGB; Trace, what rayTrace sees along the mirror direction;
- * Thread, (index + 1) / (threads at init + 1), or 1 out of range. Frame 13 fails. */
+ * Shade, what rayShade finds there: (red, bounces / 4, source is this object); Thread, (index + 1) / (threads at init + 1), or 1 out of range. Frame 13 fails. */
 #include <lwhost.h>
 #include <lwmodule.h>
 #include <lwnodes.h>
 #include <lwrender.h>
 #include <lwserver.h>
+#include <lwshader.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -16,7 +17,7 @@ static LWLightInfo *lights;
 static LWSceneInfo *scene;
 
 typedef struct {
-  NodeOutputID lambert, ray, trace, thread;
+  NodeOutputID lambert, ray, trace, shade, thread;
   int threads;
 } Probe;
 
@@ -26,6 +27,7 @@ static LWInstance Create(void *priv, void *node, LWError *err) {
   p->lambert = outputs->create(node, NOT_COLOR, "Lambert");
   p->ray = outputs->create(node, NOT_COLOR, "Ray");
   p->trace = outputs->create(node, NOT_COLOR, "Trace");
+  p->shade = outputs->create(node, NOT_COLOR, "Shade");
   p->thread = outputs->create(node, NOT_SCALAR, "Thread");
   return p;
 }
@@ -38,6 +40,12 @@ static LWError Init(LWInstance inst, int mode) {
 static LWError NewTime(LWInstance inst, LWFrame frame, LWTime time) {
   (void)inst, (void)time;
   return frame == 13 ? "unlucky frame" : NULL;
+}
+
+static void Mirror(const LWNodalAccess *na, double dir[3]) {
+  double k = 2 * (na->rayDir[0] * na->wNorm[0] + na->rayDir[1] * na->wNorm[1] + na->rayDir[2] * na->wNorm[2]);
+  int i;
+  for (i = 0; i < 3; ++i) dir[i] = na->rayDir[i] - k * na->wNorm[i];
 }
 
 static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeValue value) {
@@ -56,10 +64,18 @@ static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeV
         for (i = 0; i < 3; ++i) rgb[i] += colour[i] * cosine;
     }
   } else if (out == p->trace) {
-    double dir[3], k = 2 * (na->rayDir[0] * na->wNorm[0] + na->rayDir[1] * na->wNorm[1] + na->rayDir[2] * na->wNorm[2]);
-    int i;
-    for (i = 0; i < 3; ++i) dir[i] = na->rayDir[i] - k * na->wNorm[i];
+    double dir[3];
+    Mirror(na, dir);
     if (!na->rayTrace || na->rayTrace(na->wPos, dir, rgb) < 0) rgb[0] = rgb[1] = rgb[2] = 0;
+  } else if (out == p->shade) {
+    double dir[3];
+    LWShaderAccess sa;
+    Mirror(na, dir);
+    if (na->rayShade && na->rayShade(na->wPos, dir, &sa) >= 0) {
+      rgb[0] = sa.color[0];
+      rgb[1] = sa.bounces * 0.25;
+      rgb[2] = sa.sourceID == na->objID ? 1.0 : 0.0;
+    }
   } else if (out == p->ray) {
     const char *name = items->name(na->sourceID);
     rgb[0] = na->bounces * 0.25;

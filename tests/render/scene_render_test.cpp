@@ -148,6 +148,7 @@ TEST(SceneRender, MirrorRaysComeFromTheFloorOneLevelDeeperAndStopAtTheDepth) {
   const std::string view = "node mirror = Material reflection 1 1 1\ncamera cam position 0 1 -5 target 0 0 0\n",
                     floor = "object floor plane scale 50 1 50 surface ", mirror = floor + "mirror.Material\n",
                     ball = "object ball sphere position 0 1 5 scale 1.5 surface p.Ray emit\n",
+                    plainBall = "object ball sphere position 0 1 5 scale 1.5 colour 0.6 0.2 0.2\n",
                     top = "object top plane position 0 2 0 scale 50 1 50 surface mirror.Material\n",
                     far = "object ball sphere position 0 1.5 12.5 scale 0.4 surface p.Ray emit\n";
   const std::pair<std::string, RGB> cases[] = {
@@ -155,6 +156,9 @@ TEST(SceneRender, MirrorRaysComeFromTheFloorOneLevelDeeperAndStopAtTheDepth) {
       {view + mirror + ball + "depth 0\n", {0, 0, 0}},
       {view + floor + "p.Trace emit\n" + ball + "depth 1\n", {Byte(0.25), 255, 255}},
       {view + floor + "p.Trace emit\n" + ball + "depth 0\n", {0, 0, 0}},
+      // rayShade finds the ball's own colour, unlit (no lights here), one level below the floor.
+      {view + floor + "p.Shade emit\n" + plainBall + "depth 1\n", {Byte(0.6), Byte(0.25), 255}},
+      {view + floor + "p.Shade emit\n" + plainBall + "depth 0\n", {0, 0, 0}},
       {"camera cam position 0 1 -5 target 0 1 5\nobject ball sphere position 0 1 5 surface p.Ray emit\n", {0, 0, 0}},
       {view + mirror + top + far + "depth 2\n", {Byte(0.5), 255, 0}},
       {view + mirror + top + far + "depth 1\n", {0, 0, 0}}};
@@ -255,6 +259,14 @@ TEST(RenderFiles, FrameRangesWriteNumberedFilesAndStopAtAFailingFrame) {
   EXPECT_EQ(cli::Lwhost({"render", scene, "-o", pattern, "--frames", "13-14"}).status, 1);
   EXPECT_FALSE(std::filesystem::exists(dir + "f_0013.png.partial"));
   EXPECT_EQ(cli::Lwhost({"render", scene, "-o", cli::OutputPath("plain.png"), "--frames", "1-2"}).status, 2);
+  // A network is one frame on one thread: asking for more is refused, not ignored.
+  const std::string network = WriteScene("one.net", "node c = Color 1 0 0\noutput c.Color\n");
+  const std::vector<std::string> refused[] = {
+      {"--frames", "1-2", "a network renders one frame (--frame N)"},
+      {"--threads", "2", "a network renders on one thread"}};
+  for (const auto& r : refused)
+    EXPECT_EQ(cli::Lwhost({"render", network, "-o", cli::OutputPath("net.png"), r[0], r[1]}).output,
+              "lwhost: " + r[0] + " renders scenes; " + r[2] + "; see lwhost --help\n");
 }
 
 }  // namespace

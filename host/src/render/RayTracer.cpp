@@ -4,6 +4,8 @@
 #include <cstring>
 #include <limits>
 
+#include <lwshader.h>
+
 #include "lwhost/NodeEditor.h"
 
 namespace lwhost {
@@ -80,6 +82,13 @@ double Cast(const LWDVector position, const LWDVector direction) {
   return TraceMode(position, direction, nullptr, 1.0, RTMODE_DISTANCE);
 }
 
+double RayShade(const LWDVector position, const LWDVector direction, LWShaderAccess* access) {
+  RayTracer* t = RayTracer::Current();
+  double unit[3];
+  if (!t || !position || !access || !Unit(direction, unit)) return -1.0;
+  return t->shadeInto(position, unit, *access);
+}
+
 }  // namespace
 
 RayTracer* RayTracer::Current() noexcept { return tCurrent; }
@@ -90,6 +99,7 @@ RayTracer::RayTracer(const SceneRenderer::World& world, int thread) noexcept : w
   blank_.illuminateNormal = IlluminateNormal;
   blank_.rayTrace = Trace;
   blank_.rayCast = Cast;
+  blank_.rayShade = RayShade;
   blank_.rayTraceMode = TraceMode;
   blank_.weights[0] = 1.0f;
   blank_.ResourceContextIndex = thread;
@@ -190,11 +200,11 @@ void RayTracer::surfaceOf(const Hit& hit, LWNodalAccess& access, LWNodalMaterial
   }
 }
 
-void RayTracer::shade(const Hit& hit, const double origin[3], const double direction[3], int bounce, LWItemID source,
-                      double eta, double colour[3]) noexcept {
+// The node's record and the classic shader's name the spot's fields alike.
+template <class Spot>
+void RayTracer::describe(const Hit& hit, const double origin[3], const double direction[3], int bounce,
+                         LWItemID source, double eta, Spot& spot) const noexcept {
   const auto& body = *hit.body;
-  LWNodalAccess na;
-  std::memcpy(&na, &blank_, sizeof na);
   double n[3] = {hit.normal[0], hit.normal[1], hit.normal[2]};
   int flags = bounce == 0 ? LWRT_CAMERA : 0;
   double cosine = -Dot(direction, n);
@@ -203,36 +213,94 @@ void RayTracer::shade(const Hit& hit, const double origin[3], const double direc
     cosine = -cosine;
     flags |= LWRT_POLYSIDE;
   }
-  na.sx = sx_;
-  na.sy = sy_;
+  spot.sx = sx_;
+  spot.sy = sy_;
   for (int i = 0; i < 3; ++i) {
-    na.oPos[i] = hit.local[i];
-    na.wPos[i] = hit.position[i];
-    na.gNorm[i] = na.wNorm[i] = na.wNorm0[i] = n[i];
-    na.raySource[i] = origin[i];
-    na.rayDir[i] = direction[i];
-    na.oXfrm[i * 4] = body.scale[i];
-    na.wXfrm[i * 4] = body.inverse[i];
+    spot.oPos[i] = hit.local[i];
+    spot.wPos[i] = hit.position[i];
+    spot.gNorm[i] = spot.wNorm[i] = spot.wNorm0[i] = n[i];
+    spot.raySource[i] = origin[i];
+    spot.rayDir[i] = direction[i];
+    spot.oXfrm[i * 4] = body.scale[i];
+    spot.wXfrm[i * 4] = body.inverse[i];
   }
-  na.rayLength = hit.distance;
-  na.spotSize = hit.distance * world_.spotScale;
-  na.cosine = cosine;
-  na.bounces = bounce;
-  na.sourceID = source;
-  na.objID = body.id;
-  na.polNum = hit.polygon;
-  na.incomingEta = eta;
-  na.flags = flags;
+  spot.rayLength = hit.distance;
+  spot.spotSize = hit.distance * world_.spotScale;
+  spot.cosine = cosine;
+  spot.bounces = bounce;
+  spot.sourceID = source;
+  spot.objID = body.id;
+  spot.polNum = hit.polygon;
+  spot.incomingEta = eta;
+  spot.flags = flags;
+}
 
+// Runs `work` with the spot's level, object and eta as the thread's current ones, so that rays
+// a node sends from the spot start from there; the outer spot's come back afterwards.
+template <class Work>
+void RayTracer::asCurrentSpot(int bounce, LWItemID object, double eta, Work&& work) noexcept {
   const int outerBounce = bounce_;
   const LWItemID outerObject = object_;
   const double outerEta = eta_;
   bounce_ = bounce;
-  object_ = body.id;
+  object_ = object;
   eta_ = eta;
+  work();
+  bounce_ = outerBounce;
+  object_ = outerObject;
+  eta_ = outerEta;
+}
 
+double RayTracer::shadeInto(const double origin[3], const double direction[3], LWShaderAccess& sa) noexcept {
+  const int bounce = bounce_ + 1;
+  Hit hit;
+  if (bounce > world_.depth || !Intersect(world_, origin, direction, false, kInfinity, hit)) return -1.0;
+  LWNodalAccess na;
+  std::memcpy(&na, &blank_, sizeof na);
+  describe(hit, origin, direction, bounce, object_, eta_, na);
   LWNodalMaterial m;
-  surfaceOf(hit, na, m);
+  asCurrentSpot(bounce, hit.body->id, eta_, [&] { surfaceOf(hit, na, m); });
+
+  // The spot as a classic shader sees it: its surface filled in, nothing lit.
+  std::memset(&sa, 0, sizeof sa);
+  describe(hit, origin, direction, bounce, object_, eta_, sa);
+  sa.illuminate = blank_.illuminate;
+  sa.illuminateNormal = blank_.illuminateNormal;
+  sa.rayTrace = blank_.rayTrace;
+  sa.rayCast = blank_.rayCast;
+  sa.rayShade = blank_.rayShade;
+  sa.rayTraceMode = blank_.rayTraceMode;
+  sa.render = blank_.render;
+  sa.ResourceContextIndex = blank_.ResourceContextIndex;
+  sa.subsx = blank_.subsx;
+  sa.subsy = blank_.subsy;
+  sa.weights[0] = blank_.weights[0];
+  std::memcpy(sa.color, m.diffuse, sizeof sa.color);
+  std::memcpy(sa.diffuse_shade, m.diffuse, sizeof sa.diffuse_shade);
+  std::memcpy(sa.specular_shade, m.specular, sizeof sa.specular_shade);
+  std::memcpy(sa.reflect_shade, m.reflection, sizeof sa.reflect_shade);
+  std::memcpy(sa.refract_shade, m.refraction, sizeof sa.refract_shade);
+  const auto strongest = [](const double c[3]) { return std::fmax(c[0], std::fmax(c[1], c[2])); };
+  sa.luminous = hit.body->emit ? 1.0 : 0.0;
+  sa.diffuse = 1.0;
+  sa.specular = strongest(m.specular);
+  sa.mirror = strongest(m.reflection);
+  sa.transparency = m.transparency;
+  sa.eta = eta_;
+  sa.roughness = 1.0 / kHighlightPower;
+  return hit.distance;
+}
+
+void RayTracer::shade(const Hit& hit, const double origin[3], const double direction[3], int bounce, LWItemID source,
+                      double eta, double colour[3]) noexcept {
+  const auto& body = *hit.body;
+  LWNodalAccess na;
+  std::memcpy(&na, &blank_, sizeof na);
+  describe(hit, origin, direction, bounce, source, eta, na);
+  double n[3];  // the spot's own: a node may write to the record's
+  std::memcpy(n, na.wNorm, sizeof n);
+  LWNodalMaterial m;
+  asCurrentSpot(bounce, body.id, eta, [&] { surfaceOf(hit, na, m); });
   if (body.emit) {
     std::memcpy(colour, m.diffuse, sizeof m.diffuse);
   } else {
@@ -268,9 +336,6 @@ void RayTracer::shade(const Hit& hit, const double origin[3], const double direc
     }
     std::memcpy(colour, lit, sizeof lit);
   }
-  bounce_ = outerBounce;
-  object_ = outerObject;
-  eta_ = outerEta;
 }
 
 }  // namespace lwhost

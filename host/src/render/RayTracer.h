@@ -1,6 +1,7 @@
 #pragma once
 
 #include <lwnodes.h>
+#include <lwshader.h>
 
 #include "RenderWorld.h"
 
@@ -27,6 +28,10 @@ class RayTracer {
   int illuminate(LWItemID light, const double position[3], double direction[3], double colour[3]) const noexcept;
   // The distance to the nearest surface seen by rays, -1 if none.
   double cast(const double origin[3], const double direction[3]) const noexcept;
+  // A ray one level below the current spot: fills `spot` with what it hits, the surface
+  // evaluated but not lit, and gives the distance; -1 (and `spot` untouched) on a miss or
+  // past the recursion depth.
+  double shadeInto(const double origin[3], const double direction[3], LWShaderAccess& spot) noexcept;
 
   // The tracer shading on this thread, or null outside a render.
   static RayTracer* Current() noexcept;
@@ -36,6 +41,11 @@ class RayTracer {
   double currentEta() const noexcept { return eta_; }
 
  private:
+  template <class Spot>
+  void describe(const Hit& hit, const double origin[3], const double direction[3], int bounce, LWItemID source,
+                double eta, Spot& spot) const noexcept;
+  template <class Work>
+  void asCurrentSpot(int bounce, LWItemID object, double eta, Work&& work) noexcept;
   void shade(const Hit& hit, const double origin[3], const double direction[3], int bounce, LWItemID source,
              double eta, double colour[3]) noexcept;
   int arriving(const SceneRenderer::World::Lamp& lamp, const double position[3], bool shadowed, double direction[3],
