@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "lwhost/Animation.h"
 #include "lwhost/Host.h"
 #include "support/FixtureProbe.h"
 
@@ -52,6 +53,11 @@ TEST_F(HostServicesTest, MissingServiceIsNeverReleased) {
   r = probe.run("hold", 1);
   EXPECT_EQ(r.result, 1);
   EXPECT_EQ(host.globals().counts(FIXTURE_PROBE_SERVICE).release, 0);
+}
+
+TEST_F(HostServicesTest, ParameterBuiltFromOneNumberHoldsItInEveryChannel) {
+  lwhost::Animation animation{host};
+  EXPECT_EQ(probe.run("vparm", 3).result, 3);
 }
 
 TEST_F(HostServicesTest, NodeInputServiceFollowsHostVersion) {

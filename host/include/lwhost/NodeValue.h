@@ -72,18 +72,12 @@ inline void CopyNodeValue(void* to, const void* from, ConnectionType type) noexc
 // The routes through a scalar, out of line: they are the rare case.
 void ConvertThroughScalar(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept;
 
-// Converts a pairing CanConvert accepted by the rules above. No allocation.
-inline void ConvertAcceptedNodeValue(const void* from, ConnectionType fromType, void* to,
-                                     ConnectionType toType) noexcept {
+// Converts by the rules above, for a pairing CanConvert accepts. No allocation.
+inline void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
   if (fromType == toType || (IsTripleType(fromType) && IsTripleType(toType)))
     CopyNodeValue(to, from, toType);
   else
     ConvertThroughScalar(from, fromType, to, toType);
-}
-
-// The same for any pairing: one CanConvert refuses leaves `to` alone.
-inline void ConvertNodeValue(const void* from, ConnectionType fromType, void* to, ConnectionType toType) noexcept {
-  if (from && to && CanConvert(fromType, toType)) ConvertAcceptedNodeValue(from, fromType, to, toType);
 }
 
 // "colour", "scalar", ... for messages.

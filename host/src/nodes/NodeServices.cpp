@@ -25,8 +25,7 @@ void EvaluateConvertible(NodeOutput& output, LWNodalAccess& access, void* target
   Node& node = output.node();
   node.countEvaluation();
   node.evaluate(access, output, &handle);
-  if (handle.written && !handle.direct())
-    ConvertAcceptedNodeValue(handle.staging, handle.produced, target, requested);
+  if (handle.written && !handle.direct()) ConvertNodeValue(handle.staging, handle.produced, target, requested);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "lwhost/NodalAccess.h"
 #include "lwhost/NodeEditor.h"
