@@ -1,7 +1,8 @@
 /* A plain-SDK node that walks the scene's lights, as a third party would write it. Outputs:
  * Lambert, the light from each light times max(0, N . L), summed; Ray, (bounces / 4, source is
  * an object, source is "floor") as RGB; Trace, what rayTrace sees along the mirror direction;
- * Shade, what rayShade finds there: (red, bounces / 4, source is this object); Thread, (index + 1) / (threads at init + 1), or 1 out of range. Frame 13 fails. */
+ * Shade, what rayShade finds there: (red, bounces / 4, source is this object); Poly0 to Poly2,
+ * polNum's bits 0-2, 3-5 and 6-8 as R, G and B (0 or 1); Thread, (index + 1) / (threads at init + 1), or 1 out of range. Frame 13 fails. */
 #include <lwhost.h>
 #include <lwmodule.h>
 #include <lwnodes.h>
@@ -17,7 +18,7 @@ static LWLightInfo *lights;
 static LWSceneInfo *scene;
 
 typedef struct {
-  NodeOutputID lambert, ray, trace, shade, thread;
+  NodeOutputID lambert, ray, trace, shade, poly[3], thread;
   int threads;
 } Probe;
 
@@ -28,6 +29,9 @@ static LWInstance Create(void *priv, void *node, LWError *err) {
   p->ray = outputs->create(node, NOT_COLOR, "Ray");
   p->trace = outputs->create(node, NOT_COLOR, "Trace");
   p->shade = outputs->create(node, NOT_COLOR, "Shade");
+  p->poly[0] = outputs->create(node, NOT_COLOR, "Poly0");
+  p->poly[1] = outputs->create(node, NOT_COLOR, "Poly1");
+  p->poly[2] = outputs->create(node, NOT_COLOR, "Poly2");
   p->thread = outputs->create(node, NOT_SCALAR, "Thread");
   return p;
 }
@@ -76,6 +80,9 @@ static void Evaluate(LWInstance inst, LWNodalAccess *na, NodeOutputID out, NodeV
       rgb[1] = sa.bounces * 0.25;
       rgb[2] = sa.sourceID == na->objID ? 1.0 : 0.0;
     }
+  } else if (out == p->poly[0] || out == p->poly[1] || out == p->poly[2]) {
+    int shift = out == p->poly[0] ? 0 : out == p->poly[1] ? 3 : 6, i;
+    for (i = 0; i < 3; ++i) rgb[i] = (na->polNum >> (shift + i)) & 1;
   } else if (out == p->ray) {
     const char *name = items->name(na->sourceID);
     rgb[0] = na->bounces * 0.25;

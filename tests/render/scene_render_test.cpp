@@ -1,8 +1,8 @@
 // Scenes rendered through the library, shaded by a plain-C SDK node that walks the lights and
 // calls illuminate: what the object, light and camera services report, the light arriving at
-// known spots, mirror rays, and threads; and through lwhost render: an unwritable output fails
-// before the render, frame ranges write numbered files and stop at a failing frame without
-// leaving part of it.
+// known spots, mirror rays, threads, and the sphere preview's polygon numbers; and through
+// lwhost render: an unwritable output fails before the render, frame ranges write numbered
+// files and stop at a failing frame without leaving part of it.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <lwserver.h>
@@ -17,6 +17,7 @@
 
 #include "cli/CliSupport.h"
 #include "lwhost/NetworkFile.h"
+#include "lwhost/NetworkRenderer.h"
 #include "lwhost/SceneRenderer.h"
 #include "lwhost/Session.h"
 
@@ -211,6 +212,39 @@ std::string WriteScene(const std::string& name, const std::string& body) {
   const std::string path = cli::OutputPath(name);
   std::ofstream(path) << kProbe << body;
   return path;
+}
+
+TEST(PreviewRender, SpotsCarryTheQuadOfTheSphereTheyLieOn) {
+  // Three renders show polNum three bits at a time; the quad is worked out here afresh from the
+  // spot's angles, away from the quads' edges.
+  constexpr int kSide = 64;
+  std::vector<int> polygon(kSide * kSide, 0);
+  for (int part = 0; part < 3; ++part) {
+    lwhost::Session session;
+    const std::string text = kProbe + "output p.Poly" + std::to_string(part) + "\n";
+    const lwhost::BuiltNetwork built = lwhost::BuildNetwork(session, lwhost::ParseNetwork(text, "preview.net"));
+    const lwhost::Raster image =
+        lwhost::NetworkRenderer(session.nodes(), session.scene(), *built.output).render({kSide, kSide, 0});
+    for (int i = 0; i < kSide * kSide; ++i) {
+      const RGB c = image.get(i % kSide, i / kSide);  // lit, so a set bit shows at 38 or more
+      polygon[i] |= ((c.r > 19) | (c.g > 19) << 1 | (c.b > 19) << 2) << (3 * part);
+    }
+  }
+  const double radius = 0.5 * lwhost::NetworkRenderer::kSphereFill * kSide, segment = kPi / 12;
+  int checked = 0;
+  for (int y = 0; y < kSide; ++y)
+    for (int x = 0; x < kSide; ++x) {
+      const double u = (x + 0.5 - kSide / 2.0) / radius, v = (kSide / 2.0 - y - 0.5) / radius;
+      if (u * u + v * v > 1.0) continue;
+      // Round Y from -Z towards -X, and down from +Y; both in steps of 15 degrees.
+      const double round = std::atan2(-u, -std::sqrt(1.0 - u * u - v * v)) + 2 * kPi, down = std::acos(v);
+      const auto edge = [&](double a) { return std::fabs(std::remainder(a, segment)) < 1e-9; };
+      if (edge(round) || edge(down)) continue;
+      const int expected = static_cast<int>(down / segment) * 24 + static_cast<int>(std::fmod(round, 2 * kPi) / segment);
+      EXPECT_EQ(polygon[y * kSide + x], expected) << x << "," << y;
+      ++checked;
+    }
+  EXPECT_GT(checked, 2500);
 }
 
 TEST(RenderFiles, UnwritableOutputsFailBeforeTheRender) {
