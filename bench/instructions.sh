@@ -26,46 +26,30 @@ count() {
   awk -v n="$samples" '/^totals:/ {printf "%.1f", $2 / n; found = 1} END {if (!found) exit 1}' "$file"
 }
 
-adaptor() { echo "hostkit::NodeAdaptor<vorn::$1, *>::Evaluate*"; }
-
-# same NAME PLAIN_NAME: both nodes gave the same first value, else the comparison is void.
-same() {
-  cmp -s "$out/$1.value" "$out/$2.value" ||
-    { echo "instructions.sh: $1 and $2 disagree: $(cat "$out/$1.value") vs $(cat "$out/$2.value")" >&2; exit 1; }
+# compare LABEL NAME OUTPUT VORN_SETUP VORN_SERVER VORN_CLASS PLAIN_SETUP PLAIN_SERVER PLAIN_ENTRY:
+# counts the vorn node and its plain-C twin, checks that both gave the same first value (else
+# the comparison is void) and prints a row of the table.
+compare() {
+  local label=$1 name=$2 output=$3
+  local vorn_count plain_count
+  vorn_count=$(count "$name" "$4" "$vorn" "$5" "$output" "hostkit::NodeAdaptor<vorn::$6, *>::Evaluate*")
+  plain_count=$(count "plain-$name" "$7" "$plain" "$8" "$output" "$9")
+  cmp -s "$out/$name.value" "$out/plain-$name.value" ||
+    { echo "instructions.sh: $name disagrees: $(cat "$out/$name.value") vs $(cat "$out/plain-$name.value")" >&2; exit 1; }
+  printf '%-36s %10s %10s %8s\n' "$label" "$vorn_count" "$plain_count" \
+    "$(awk -v a="$vorn_count" -v b="$plain_count" 'BEGIN {printf "%.3fx", a / b}')"
 }
-
-row() {
-  local label=$1 vorn_count=$2 plain_count=${3:-}
-  if [ -n "$plain_count" ]; then
-    printf '%-36s %10s %10s %8s\n' "$label" "$vorn_count" "$plain_count" \
-      "$(awk -v a="$vorn_count" -v b="$plain_count" 'BEGIN {printf "%.3fx", a / b}')"
-  else
-    printf '%-36s %10s %10s %8s\n' "$label" "$vorn_count" "-" "-"
-  fi
-}
-
-time_vorn=$(count time none "$vorn" vornTimeInfo Time "$(adaptor TimeInfo)")
-time_plain=$(count plain-time none "$plain" plainTimeInfo Time PlainTimeInfo_Evaluate)
-same time plain-time
-cc_vorn=$(count corrector corrector "$vorn" SimpleColourCorrector Colour "$(adaptor SimpleCCNode)")
-cc_plain=$(count plain-corrector colour "$plain" plainColourCorrector Colour PlainCorrector_Evaluate)
-same corrector plain-corrector
-blend_vorn=$(count blender blender "$vorn" MaterialBlender Material "$(adaptor MaterialMixer)")
-blend_plain=$(count plain-blender materials "$plain" plainMaterialBlender Material PlainBlender_Evaluate)
-same blender plain-blender
-boost_vorn=$(count booster booster "$vorn" vornMaterialBooster Material "$(adaptor MaterialBooster)")
-boost_plain=$(count plain-booster curves "$plain" plainMaterialBooster Material PlainBooster_Evaluate)
-same booster plain-booster
-channel_vorn=$(count channel vector "$vorn" vornChannelBlender Vector "$(adaptor ChannelBlender)")
-channel_plain=$(count plain-channel vector "$plain" plainChannelBlender Vector PlainChannelBlender_Evaluate)
-same channel plain-channel
 
 printf '%-36s %10s %10s %8s\n' "instructions per sample" "vorn" "plain C" "ratio"
-row "Time Info: Time" "$time_vorn" "$time_plain"
-row "Simple Colour Corrector: Colour" "$cc_vorn" "$cc_plain"
-row "Material Blender: Material" "$blend_vorn" "$blend_plain"
-row "Material Booster: Material" "$boost_vorn" "$boost_plain"
-row "Channel Blender: Vector" "$channel_vorn" "$channel_plain"
+compare "Time Info: Time" time Time none vornTimeInfo TimeInfo none plainTimeInfo PlainTimeInfo_Evaluate
+compare "Simple Colour Corrector: Colour" corrector Colour corrector SimpleColourCorrector SimpleCCNode \
+  colour plainColourCorrector PlainCorrector_Evaluate
+compare "Material Blender: Material" blender Material blender MaterialBlender MaterialMixer \
+  materials plainMaterialBlender PlainBlender_Evaluate
+compare "Material Booster: Material" booster Material booster vornMaterialBooster MaterialBooster \
+  curves plainMaterialBooster PlainBooster_Evaluate
+compare "Channel Blender: Vector" channel Vector vector vornChannelBlender ChannelBlender \
+  vector plainChannelBlender PlainChannelBlender_Evaluate
 
 # The sphere preview's pixel loop: instructions per shaded sample spent outside the plug-in's
 # own code (the renderer, the node editor, the host's input and output functions it calls).

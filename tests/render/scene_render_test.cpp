@@ -230,17 +230,19 @@ TEST(PreviewRender, SpotsCarryTheQuadOfTheSphereTheyLieOn) {
       polygon[i] |= ((c.r > 19) | (c.g > 19) << 1 | (c.b > 19) << 2) << (3 * part);
     }
   }
-  const double radius = 0.5 * lwhost::NetworkRenderer::kSphereFill * kSide, segment = kPi / 12;
+  const double radius = 0.5 * lwhost::NetworkRenderer::kSphereFill * kSide;
+  const double segment = 2 * kPi / lwhost::kSphereSegments, ring = kPi / lwhost::kSphereRings;
   int checked = 0;
   for (int y = 0; y < kSide; ++y)
     for (int x = 0; x < kSide; ++x) {
       const double u = (x + 0.5 - kSide / 2.0) / radius, v = (kSide / 2.0 - y - 0.5) / radius;
       if (u * u + v * v > 1.0) continue;
-      // Round Y from -Z towards -X, and down from +Y; both in steps of 15 degrees.
+      // Round Y from -Z towards -X, and down from +Y.
       const double round = std::atan2(-u, -std::sqrt(1.0 - u * u - v * v)) + 2 * kPi, down = std::acos(v);
-      const auto edge = [&](double a) { return std::fabs(std::remainder(a, segment)) < 1e-9; };
-      if (edge(round) || edge(down)) continue;
-      const int expected = static_cast<int>(down / segment) * 24 + static_cast<int>(std::fmod(round, 2 * kPi) / segment);
+      const auto edge = [](double a, double step) { return std::fabs(std::remainder(a, step)) < 1e-9; };
+      if (edge(round, segment) || edge(down, ring)) continue;
+      const int expected = static_cast<int>(down / ring) * lwhost::kSphereSegments +
+                           static_cast<int>(std::fmod(round, 2 * kPi) / segment);
       EXPECT_EQ(polygon[y * kSide + x], expected) << x << "," << y;
       ++checked;
     }

@@ -8,9 +8,13 @@ namespace lwhost {
 // object, light and camera services report these.
 
 enum class ObjectShape {
-  Sphere,  // radius 1 about the position, scaled per axis; a UV sphere of 24 x 12 quads
+  Sphere,  // radius 1 about the position, scaled per axis; a UV sphere of quads (below)
   Plane,   // a square 2 x 2 in the XZ plane, facing +Y, scaled along X and Z; one quad
 };
+
+// A sphere's quads: segments round Y, rings from +Y down. The sphere preview numbers its
+// spots' polygons on the same grid.
+constexpr int kSphereSegments = 24, kSphereRings = 12;
 
 struct ObjectLook {
   ObjectShape shape = ObjectShape::Sphere;

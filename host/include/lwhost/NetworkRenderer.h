@@ -34,9 +34,10 @@ struct RenderOptions {
 // The sphere fills kSphereFill of the image's smaller side. Each pixel whose centre falls on it
 // is one shading sample: the spot's position (object and world alike) and its normal, which on a
 // unit sphere is the position; sx/sy the pixel; a camera ray from z = kCameraZ; thread 0, ray
-// level 0. The sphere counts as a UV sphere of kSegments x kRings quads, so polNum is the quad
-// the spot lies on: ring times kSegments plus segment, rings counted from the top (+Y) down,
-// segments round the Y axis from -Z through -X, +Z and +X.
+// level 0. The sphere counts as a sphere object's grid of quads (kSphereSegments x
+// kSphereRings, ItemLooks.h), so polNum is the quad the spot lies on: ring times kSphereSegments plus
+// segment, rings counted from the top (+Y) down, segments round the Y axis from -Z through -X,
+// +Z and +X.
 //
 // The output's value becomes the pixel's colour: colours and vectors as they are, scalars and
 // integers as grey (through the host's usual conversion), materials by their diffuse colour.
@@ -52,8 +53,6 @@ class NetworkRenderer {
   static constexpr double kCameraZ = 5.0;
   static constexpr double kAmbient = 0.15;
   static constexpr double kLight[3] = {-1.0, 1.0, 2.0};  // towards the light: upper left, in front
-  static constexpr int kSegments = 24;
-  static constexpr int kRings = 12;
   static constexpr int kCheckerSize = 16;
   static constexpr RGB kCheckerLight{112, 112, 112};
   static constexpr RGB kCheckerDark{72, 72, 72};

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "lwhost/ItemLooks.h"
+
 namespace lwhost {
 
-// The quad of a 24 x 12 UV sphere that a point of the unit sphere lies on, numbered as the
-// sphere preview numbers them: ring times 24 plus segment, rings from +Y down, segments round
-// Y from -Z through -X, +Z and +X. Boundaries are compared as cosines and cross products, so
+// The quad of a sphere object (kSphereSegments x kSphereRings) that a point of the unit sphere
+// lies on, numbered as the sphere preview numbers them: ring times the segment count plus
+// segment, rings from +Y down, segments round Y from -Z through -X, +Z and +X. Boundaries are compared as cosines and cross products, so
 // no inverse trigonometry runs per sample.
 class SphereGrid {
  public:
-  static constexpr int kSegments = 24, kRings = 12;
+  static constexpr int kSegments = kSphereSegments, kRings = kSphereRings;
 
   static const SphereGrid& Instance();
   int polygon(const double p[3]) const noexcept;

@@ -46,7 +46,7 @@ void Scene::setObjectLook(LWItemID id, const ObjectLook& look) {
     Refuse("setObjectLook", "the scale must be finite and not negative");
   item.objectLook = look;
   // The totals LightWave reports follow the geometry: a UV sphere or a single quad.
-  setGeometry(id, look.shape == ObjectShape::Sphere ? ObjectGeometry{24 * 11 + 2, 24 * 12} : ObjectGeometry{4, 1});
+  setGeometry(id, look.shape == ObjectShape::Sphere ? ObjectGeometry{kSphereSegments * (kSphereRings - 1) + 2, kSphereSegments * kSphereRings} : ObjectGeometry{4, 1});
 }
 
 void Scene::setLightLook(LWItemID id, const LightLook& look) {

@@ -22,7 +22,7 @@ const char* Filename(LWItemID object) {
   return s && s->objectLook(object) ? s->name(object) : nullptr;
 }
 int NumPoints(LWItemID object) { return Look(object) ? (Look(object)->shape == ObjectShape::Sphere ? 266 : 4) : 0; }
-int NumPolygons(LWItemID object) { return Look(object) ? (Look(object)->shape == ObjectShape::Sphere ? 288 : 1) : 0; }
+int NumPolygons(LWItemID object) { return Look(object) ? (Look(object)->shape == ObjectShape::Sphere ? kSphereSegments * kSphereRings : 1) : 0; }
 unsigned int ShadowOpts(LWItemID object) { return Look(object) ? Look(object)->shadowOptions : 0u; }
 unsigned int Flags(LWItemID object) { return Look(object) ? Look(object)->flags : 0u; }
 double Zero1(LWItemID) { return 0.0; }
